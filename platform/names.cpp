@@ -1,0 +1,91 @@
+#include "platform/names.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "platform/hostFiles.h"
+
+namespace tessel {
+namespace {
+
+constexpr std::size_t kLongestName = 255;
+constexpr std::size_t kLongestExtension = 16;
+
+bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+/// Turns control characters and the characters of `refused` into "_". The controls 80 to 9F are two
+/// bytes of UTF-8, of which the first is C2.
+std::string Replaced(const std::string& name, std::string_view refused) {
+    std::string safe;
+    for (std::size_t i = 0; i < name.size(); ++i) {
+        const auto c = static_cast<unsigned char>(name[i]);
+        const bool pair =
+            c == 0xC2 && i + 1 < name.size() && static_cast<unsigned char>(name[i + 1]) < 0xA0;
+        const bool bad = c < 32 || c == 127 || pair || refused.find(name[i]) != refused.npos;
+        safe += bad ? '_' : name[i];
+        if (pair) ++i;
+    }
+    return safe;
+}
+
+/// At most kLongestName bytes of `name`, whole characters, the extension kept when it is short.
+std::string Shortened(const std::string& name) {
+    if (name.size() <= kLongestName) return name;
+    const std::size_t point = name.rfind('.');
+    const bool keep = point != std::string::npos && name.size() - point <= kLongestExtension;
+    const std::string extension = keep ? name.substr(point) : "";
+    std::size_t length = kLongestName - extension.size();
+    while (length > 0 && Continues(name[length])) --length;
+    return name.substr(0, length) + extension;
+}
+
+bool IsDeviceName(const std::string& name) {
+    std::string stem = name.substr(0, name.find('.'));
+    stem.erase(stem.find_last_not_of(' ') + 1);
+    std::transform(stem.begin(), stem.end(), stem.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
+    constexpr std::array<std::string_view, 6> kDevices = {"CON", "PRN",    "AUX",
+                                                          "NUL", "CONIN$", "CONOUT$"};
+    if (std::find(kDevices.begin(), kDevices.end(), stem) != kDevices.end()) return true;
+    return stem.size() == 4 && (stem.starts_with("COM") || stem.starts_with("LPT")) &&
+           stem[3] >= '0' && stem[3] <= '9';
+}
+
+std::string NotEmptyNorDots(const std::string& name) {
+    if (name.empty()) return "_";
+    if (name == "." || name == "..") return std::string(name.size(), '_');
+    return name;
+}
+
+}  // namespace
+
+std::string SafePosixName(const std::string& name) {
+    return NotEmptyNorDots(Shortened(Replaced(name, "/")));
+}
+
+std::string SafeWindowsName(const std::string& name) {
+    std::string safe = Shortened(Replaced(name, "<>:\"/\\|?*"));
+    if (IsDeviceName(safe)) safe.insert(0, "_");
+    // A closing blank or point would be dropped, and another file meant.
+    for (auto c = safe.rbegin(); c != safe.rend() && (*c == ' ' || *c == '.'); ++c) *c = '_';
+    return NotEmptyNorDots(safe);
+}
+
+std::string FolderOf(const std::string& path) {
+#ifdef _WIN32
+    const std::size_t last = path.find_last_of("\\/");
+#else
+    const std::size_t last = path.rfind(FolderSeparator());
+#endif
+    return last == std::string::npos ? "" : path.substr(0, last + 1);
+}
+
+std::string FileTitleOf(const std::string& path) { return path.substr(FolderOf(path).size()); }
+
+std::string JoinPath(const std::string& folder, const std::string& name) {
+    const bool closed = !folder.empty() && FolderOf(folder) == folder;
+    return folder + (closed || folder.empty() ? "" : std::string(1, FolderSeparator())) + name;
+}
+
+}  // namespace tessel

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "platform/runtimeError.h"
+
+/// Files by number, each open for reading or for writing as a plain sequence of bytes. Offsets
+/// count from 0. A number that is not open raises 52.
+namespace tessel {
+
+/// The last offset that can be read: positions are counted from 1 in signed 32 bits.
+inline constexpr std::int64_t kLastFileOffset = 2147483646;
+
+/// Opens a file for reading; it is never written. Raises 55 when the number is in use, 53 for a
+/// missing file, 76 for a missing folder, 75 for a folder, a pipe, a socket or a file that may not
+/// be read (none of them blocks), 57 for a failing medium.
+void OpenForReading(int number, const std::string& path);
+
+/// Creates a new file for writing. Nothing that stands at `path`, a link included, is followed or
+/// cut: that raises 58. Raises 55, 75, 76 and 61 (no space) as above.
+void OpenForWriting(int number, const std::string& path);
+
+/// Closes a file; a number that is not open is no error. The number is free afterwards also when
+/// the host could not keep what was written, which raises 61 or 57.
+void CloseFile(int number);
+void CloseAllFiles();
+
+bool FileIsOpen(int number);
+
+/// Length in bytes; of a block device, the size of the medium.
+std::int64_t FileLength(int number);
+
+/// Fills `bytes` from `offset` on. Bytes past the end of the file read as 0. Raises 6 when the
+/// offset is negative or past kLastFileOffset, 57 when the medium fails.
+void ReadFile(int number, std::int64_t offset, std::span<Byte> bytes);
+
+/// As ReadFile, but reads as far as the medium gives and raises nothing: returns how many bytes are
+/// good, and leaves the rest 0. Reading on from there raises the error.
+std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes);
+
+/// Adds bytes behind those written so far. Raises 61 when the disk is full, 57 when the medium
+/// fails; what could be written stays.
+void WriteFile(int number, std::span<const Byte> bytes);
+
+/// Whether `path` leads to the file that is open under `number`, by whatever name or link.
+bool IsOpenFile(int number, const std::string& path);
+
+}  // namespace tessel

@@ -1,0 +1,141 @@
+#include "platform/numberedFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <map>
+
+#include "platform/posix/hostErrors.h"
+
+namespace tessel {
+namespace {
+
+struct OpenFile {
+    int Descriptor = -1;
+    bool Writing = false;
+};
+
+std::map<int, OpenFile>& OpenFiles() {
+    static std::map<int, OpenFile> files;
+    return files;
+}
+
+int DescriptorOf(int number) {
+    const auto file = OpenFiles().find(number);
+    if (file == OpenFiles().end()) Raise(kBadFileNumber);
+    return file->second.Descriptor;
+}
+
+void RefuseUsedNumber(int number) {
+    if (OpenFiles().contains(number)) Raise(kFileAlreadyOpen);
+}
+
+/// A path with a NUL inside would name another file than the one that was asked for.
+void RefuseNul(const std::string& path) {
+    if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
+}
+
+}  // namespace
+
+void OpenForReading(int number, const std::string& path) {
+    RefuseUsedNumber(number);
+    RefuseNul(path);
+    // Not blocking: a pipe with nobody at its other end must not hold the window.
+    const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0) RaiseOpenError(errno, path.c_str());
+    struct stat status {};
+    const bool known = fstat(descriptor, &status) == 0;
+    if (!known || !(S_ISREG(status.st_mode) || S_ISBLK(status.st_mode))) {
+        close(descriptor);
+        Raise(kPathFileAccessError);
+    }
+    OpenFiles()[number] = {descriptor, false};
+}
+
+void OpenForWriting(int number, const std::string& path) {
+    RefuseUsedNumber(number);
+    RefuseNul(path);
+    // Past a file-size limit a write shall fail like any other, and not end the program.
+    static const auto previous = std::signal(SIGXFSZ, SIG_IGN);
+    static_cast<void>(previous);
+    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    const int descriptor = open(path.c_str(), flags, 0666);
+    if (descriptor < 0) RaiseOpenError(errno, path.c_str());
+    OpenFiles()[number] = {descriptor, true};
+}
+
+void CloseFile(int number) {
+    const auto file = OpenFiles().find(number);
+    if (file == OpenFiles().end()) return;
+    const OpenFile closing = file->second;
+    OpenFiles().erase(file);
+    const int failed = close(closing.Descriptor) == 0 ? 0 : errno;
+    if (closing.Writing && failed != 0 && failed != EINTR) RaiseHostError(failed);
+}
+
+void CloseAllFiles() {
+    for (const auto& [number, file] : OpenFiles()) close(file.Descriptor);
+    OpenFiles().clear();
+}
+
+bool FileIsOpen(int number) { return OpenFiles().contains(number); }
+
+std::int64_t FileLength(int number) {
+    // The end of the file, which a block device knows too.
+    const off_t length = lseek(DescriptorOf(number), 0, SEEK_END);
+    if (length < 0) RaiseHostError(errno);
+    return length;
+}
+
+void ReadFile(int number, std::int64_t offset, std::span<Byte> bytes) {
+    DescriptorOf(number);
+    if (offset < 0 || offset > kLastFileOffset) Raise(kOverflow);
+    if (ReadFileUpTo(number, offset, bytes) < bytes.size()) Raise(kDeviceIoError);
+}
+
+std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes) {
+    std::size_t good = 0;
+    if (FileIsOpen(number) && offset >= 0) {
+        const int descriptor = DescriptorOf(number);
+        while (good < bytes.size() && offset <= kLastFileOffset) {
+            const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(
+                static_cast<std::int64_t>(bytes.size() - good), kLastFileOffset + 1 - offset));
+            const ssize_t count = pread(descriptor, bytes.data() + good, wanted, offset);
+            if (count < 0 && errno == EINTR) continue;
+            if (count < 0) break;
+            // Behind the end of the file there are zeros.
+            if (count == 0) std::fill_n(bytes.data() + good, wanted, Byte{0});
+            const std::size_t got = count == 0 ? wanted : static_cast<std::size_t>(count);
+            good += got;
+            offset += static_cast<std::int64_t>(got);
+        }
+    }
+    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(good), bytes.end(), Byte{0});
+    return good;
+}
+
+void WriteFile(int number, std::span<const Byte> bytes) {
+    const int descriptor = DescriptorOf(number);
+    while (!bytes.empty()) {
+        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) RaiseHostError(errno);
+        if (count == 0) Raise(kDiskFull);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+}
+
+bool IsOpenFile(int number, const std::string& path) {
+    const auto file = OpenFiles().find(number);
+    struct stat one {};
+    struct stat other {};
+    return file != OpenFiles().end() && fstat(file->second.Descriptor, &one) == 0 &&
+           stat(path.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
+           one.st_ino == other.st_ino;
+}
+
+}  // namespace tessel

@@ -1,0 +1,193 @@
+#include "platform/textDisplay.h"
+
+#include <algorithm>
+
+namespace tessel {
+namespace {
+
+/// How much of a text is held at once while it is written out.
+constexpr std::int64_t kPart = 1 << 20;
+
+template <class... F>
+struct Cases : F... {
+    using F::operator()...;
+};
+template <class... F>
+Cases(F...) -> Cases<F...>;
+
+}  // namespace
+
+void TextDisplay::LiteralText::Append(std::string_view text) {
+    const std::size_t old = Text.size();
+    Text += text;
+    // A CR that closed the text so far may now be the first half of a CR LF.
+    if (old > 0 && Text[old - 1] == '\r' && !text.empty() && text[0] == '\n') {
+        LineStarts.pop_back();
+    }
+    for (std::size_t i = old; i < Text.size(); ++i) {
+        const bool pairEnds = Text[i] == '\n';
+        const bool aloneCr = Text[i] == '\r' && (i + 1 == Text.size() || Text[i + 1] != '\n');
+        if (pairEnds || aloneCr) LineStarts.push_back(static_cast<TextOffset>(i + 1));
+    }
+}
+
+std::int64_t TextDisplay::Piece::Size() const {
+    return std::visit(
+        Cases{[](const LiteralText& t) { return static_cast<std::int64_t>(t.Text.size()); },
+              [](const GeneratedText& t) { return t.Size; }},
+        Content);
+}
+
+std::int64_t TextDisplay::Piece::LineBreaks() const {
+    return std::visit(
+        Cases{[](const LiteralText& t) { return static_cast<std::int64_t>(t.LineStarts.size()); },
+              [](const GeneratedText& t) { return t.LineBreaks; }},
+        Content);
+}
+
+void TextDisplay::Piece::Read(TextOffset at, std::size_t count, std::string& out) const {
+    std::visit(Cases{[&](const LiteralText& t) {
+                         out.append(t.Text, static_cast<std::size_t>(at), count);
+                     },
+                     [&](const GeneratedText& t) { t.Read(at, count, out); }},
+               Content);
+}
+
+std::int64_t TextDisplay::Piece::BreaksUpTo(TextOffset at) const {
+    return std::visit(
+        Cases{[&](const LiteralText& t) {
+                  const auto& starts = t.LineStarts;
+                  return static_cast<std::int64_t>(
+                      std::upper_bound(starts.begin(), starts.end(), at) - starts.begin());
+              },
+              [&](const GeneratedText& t) { return t.BreaksUpTo(at); }},
+        Content);
+}
+
+TextOffset TextDisplay::Piece::BehindBreak(std::int64_t n) const {
+    return std::visit(
+        Cases{[&](const LiteralText& t) { return t.LineStarts[static_cast<std::size_t>(n - 1)]; },
+              [&](const GeneratedText& t) { return t.BehindBreak(n); }},
+        Content);
+}
+
+void TextDisplay::Clear() {
+    ++Generations;
+    Pieces.clear();
+    Pieces.shrink_to_fit();
+    Notify();
+}
+
+void TextDisplay::Replace(std::string text) {
+    ++Generations;
+    Pieces.clear();
+    if (!text.empty()) {
+        AddPiece(LiteralText{});
+        std::get<LiteralText>(Pieces.back().Content).Append(text);
+    }
+    Notify();
+}
+
+void TextDisplay::Append(std::string_view text) {
+    if (text.empty()) return;
+    if (Pieces.empty() || !std::holds_alternative<LiteralText>(Pieces.back().Content)) {
+        AddPiece(LiteralText{});
+    }
+    std::get<LiteralText>(Pieces.back().Content).Append(text);
+    Notify();
+}
+
+void TextDisplay::Append(GeneratedText piece) {
+    AddPiece(std::move(piece));
+    Notify();
+}
+
+void TextDisplay::GrowLast(std::int64_t size, std::int64_t lineBreaks) {
+    if (Pieces.empty()) return;
+    auto* piece = std::get_if<GeneratedText>(&Pieces.back().Content);
+    if (piece == nullptr) return;
+    piece->Size = size;
+    piece->LineBreaks = lineBreaks;
+    Notify();
+}
+
+void TextDisplay::AddPiece(std::variant<LiteralText, GeneratedText> content) {
+    const TextOffset start = Size();
+    const std::int64_t before = LineCount() - 1;
+    Pieces.push_back({std::move(content), start, before});
+}
+
+void TextDisplay::Notify() const {
+    if (Changed) Changed();
+}
+
+std::int64_t TextDisplay::Size() const {
+    return Pieces.empty() ? 0 : Pieces.back().Start + Pieces.back().Size();
+}
+
+std::int64_t TextDisplay::LineCount() const {
+    return Pieces.empty() ? 1 : Pieces.back().BreaksBefore + Pieces.back().LineBreaks() + 1;
+}
+
+TextOffset TextDisplay::LineStart(std::int64_t line) const {
+    if (line <= 0) return 0;
+    if (line >= LineCount()) return Size();
+    for (const Piece& piece : Pieces) {
+        const std::int64_t n = line - piece.BreaksBefore;
+        if (n <= piece.LineBreaks()) return piece.Start + piece.BehindBreak(n);
+    }
+    return Size();
+}
+
+TextOffset TextDisplay::LineEnd(std::int64_t line) const {
+    if (line + 1 >= LineCount()) return Size();
+    const TextOffset start = LineStart(line);
+    const TextOffset next = LineStart(line + 1);
+    const std::string tail =
+        Text(std::max(start, next - 2), std::min<std::int64_t>(2, next - start));
+    if (tail == "\r\n") return next - 2;
+    return tail.empty() ? next : next - 1;
+}
+
+std::int64_t TextDisplay::LineAt(TextOffset at) const {
+    at = std::clamp<TextOffset>(at, 0, Size());
+    std::int64_t line = 0;
+    for (const Piece& piece : Pieces) {
+        if (piece.Start > at) break;
+        line = piece.BreaksBefore + piece.BreaksUpTo(std::min(at - piece.Start, piece.Size()));
+    }
+    return line;
+}
+
+std::string TextDisplay::Text(TextOffset at, std::int64_t count) const {
+    std::string text;
+    at = std::max<TextOffset>(at, 0);
+    const TextOffset end = std::min(Size(), at + std::max<std::int64_t>(count, 0));
+    if (at >= end) return text;
+    text.reserve(static_cast<std::size_t>(end - at));
+    for (const Piece& piece : Pieces) {
+        const TextOffset from = std::max(at, piece.Start);
+        const TextOffset to = std::min(end, piece.Start + piece.Size());
+        if (from < to) piece.Read(from - piece.Start, static_cast<std::size_t>(to - from), text);
+    }
+    return text;
+}
+
+std::string TextDisplay::Lines(std::int64_t first, std::int64_t count) const {
+    const TextOffset start = LineStart(first);
+    return Text(start, LineStart(first + count) - start);
+}
+
+void TextDisplay::WriteTo(const std::function<void(std::string_view)>& sink) const {
+    std::string part;
+    for (const Piece& piece : Pieces) {
+        const std::int64_t size = piece.Size();
+        for (TextOffset at = 0; at < size; at += kPart) {
+            part.clear();
+            piece.Read(at, static_cast<std::size_t>(std::min(kPart, size - at)), part);
+            sink(part);
+        }
+    }
+}
+
+}  // namespace tessel
