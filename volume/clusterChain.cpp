@@ -1,0 +1,128 @@
+#include "volume/clusterChain.h"
+
+#include <algorithm>
+
+#include "platform/host.h"
+#include "platform/numberedFiles.h"
+#include "volume/directory.h"
+#include "volume/fatEntries.h"
+#include "volume/imageReads.h"
+#include "volume/volumeState.h"
+
+namespace tessel {
+namespace {
+
+constexpr std::int64_t kPieceBytes = 256 * 1024;
+constexpr Long kFirstFiveDigitCluster = 10000;
+/// Cluster numbers come from 16-bit fields.
+constexpr std::size_t kClusterNumbers = 65536;
+
+}  // namespace
+
+ClusterChain::ClusterChain(Long firstCluster) : PerCluster(ClusterBytes()) {
+    std::vector<bool> visited(kClusterNumbers);
+    Long cluster = firstCluster;
+    do {
+        visited[static_cast<std::size_t>(cluster)] = true;
+        Add(cluster);
+        cluster = NextCluster(cluster);
+    } while (cluster != FatEndMark && !visited[static_cast<std::size_t>(cluster)]);
+    if (cluster == FatEndMark) return;
+
+    // The chain comes back to a cluster that it holds: the run there is cut in two, so that the
+    // loop begins with a run.
+    for (std::size_t i = 0; i < ChainRuns.size(); ++i) {
+        ClusterRun& run = ChainRuns[i];
+        if (cluster < run.Cluster || cluster >= run.Cluster + run.Count) continue;
+        const Long before = cluster - run.Cluster;
+        LoopStart = run.Start + before * PerCluster;
+        if (before > 0) {
+            const ClusterRun rest = {cluster, run.Count - before, *LoopStart};
+            run.Count = before;
+            ChainRuns.insert(ChainRuns.begin() + static_cast<std::ptrdiff_t>(i) + 1, rest);
+        }
+        return;
+    }
+}
+
+void ClusterChain::Add(Long cluster) {
+    const bool follows = !ChainRuns.empty() && cluster != kFirstFiveDigitCluster &&
+                         ChainRuns.back().Cluster + ChainRuns.back().Count == cluster;
+    if (follows) {
+        ++ChainRuns.back().Count;
+    } else {
+        ChainRuns.push_back({cluster, 1, Lap});
+    }
+    Lap += PerCluster;
+}
+
+ClusterChain::Stretch ClusterChain::At(std::int64_t offset) const {
+    if (LoopStart && offset >= Lap)
+        offset = *LoopStart + (offset - *LoopStart) % (Lap - *LoopStart);
+    const auto behind =
+        std::upper_bound(ChainRuns.begin(), ChainRuns.end(), offset,
+                         [](std::int64_t at, const ClusterRun& run) { return at < run.Start; });
+    const ClusterRun& run = *std::prev(behind);
+    const std::int64_t inRun = offset - run.Start;
+    return {run.Cluster + static_cast<Long>(inRun / PerCluster), inRun % PerCluster,
+            run.Count * PerCluster - inRun};
+}
+
+std::int64_t ContentLength(Long row, const ClusterChain& chain) {
+    const Long size = DirEntries(row).FileSize;
+    const bool sized = IsFile(row) && size >= 0;
+    if (chain.BytesPerCluster() == 0) return 0;
+    if (!chain.LoopsTo()) {
+        return sized ? std::min<std::int64_t>(size, chain.LapBytes()) : chain.LapBytes();
+    }
+    const std::int64_t clusters = std::max<Long>(1, Drives[1].ClusterCount);
+    return sized ? size : clusters * chain.BytesPerCluster();
+}
+
+std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<Byte> bytes) {
+    std::size_t good = 0;
+    while (good < bytes.size()) {
+        const auto at = chain.At(offset + static_cast<std::int64_t>(good));
+        const auto wanted =
+            std::min<std::size_t>(bytes.size() - good, static_cast<std::size_t>(at.Length));
+        std::size_t got = 0;
+        try {
+            const std::int64_t place = ClusterOffset(at.Cluster, at.InCluster);
+            got = ReadFileUpTo(kImageFile, place, bytes.subspan(good, wanted));
+        } catch (const RuntimeError&) {
+            got = 0;  // a cluster that lies outside what can be addressed
+        }
+        good += got;
+        if (got < wanted) break;
+    }
+    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(good), bytes.end(), Byte{0});
+    return good;
+}
+
+WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
+                  const std::function<void(std::span<const Byte>)>& take) {
+    EventTurns turns;
+    std::vector<Byte> buffer;
+    std::int64_t piece = chain.BytesPerCluster();
+    for (std::int64_t at = 0; at < length;) {
+        if (StopRequested) return WalkEnd::kStopped;
+        buffer.resize(static_cast<std::size_t>(std::min(piece, length - at)));
+        const std::size_t good = ReadChain(chain, at, buffer);
+        if (good > 0) take(std::span(buffer).first(good));
+        if (good < buffer.size()) return WalkEnd::kReadFailed;
+        at += static_cast<std::int64_t>(good);
+        turns.Take();
+        piece = std::max(chain.BytesPerCluster(),
+                         kPieceBytes / chain.BytesPerCluster() * chain.BytesPerCluster());
+    }
+    return WalkEnd::kDone;
+}
+
+void RaiseReadError(const ClusterChain& chain, std::int64_t offset) {
+    const auto at = chain.At(offset);
+    Byte byte = 0;
+    ReadFile(kImageFile, ClusterOffset(at.Cluster, at.InCluster), {&byte, 1});
+    Raise(kDeviceIoError);  // it failed before, and now it does not
+}
+
+}  // namespace tessel

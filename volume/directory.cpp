@@ -1,0 +1,191 @@
+#include "volume/directory.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "platform/numberedFiles.h"
+#include "util/modUtility.h"
+#include "volume/clusterChain.h"
+#include "volume/fatEntries.h"
+#include "volume/imageReads.h"
+#include "volume/onDisk.h"
+#include "volume/volumeState.h"
+
+namespace tessel {
+
+DirEntryTable DirEntries;
+Long DirEntryCount = 0;
+
+namespace {
+
+/// Entries of one read: 64 sectors' worth.
+constexpr Long kEntriesPerRead = 64 * entry::kPerSector;
+
+std::u16string LongNamePart(ByteBuffer bytes) {
+    std::u16string part;
+    for (const Integer offset : entry::kLongNameUnits) {
+        const Long unit = GetWord(bytes, offset);
+        if (unit != 0 && unit != 0xFFFF) part += static_cast<char16_t>(unit);
+    }
+    return part;
+}
+
+/// Adds a row for the 32 bytes of an entry; returns its InUse, false also when the table is full.
+bool AddRow(ByteBuffer bytes) {
+    const Long row = DirEntryCount;
+    if (!DirEntries.Grow(row)) return false;
+    DirEntry& e = DirEntries(row);
+    e = {
+        .Name = GetString(bytes, entry::kName, 8),
+        .Ext = GetString(bytes, entry::kExt, 3),
+        .Attributes = GetWord(bytes, entry::kAttributes),
+        .Reserved = GetByte(bytes, entry::kReserved),
+        .CreateTenths = GetByte(bytes, entry::kCreateTenths),
+        .CreateTime = GetWord(bytes, entry::kCreateTime),
+        .CreateDate = GetWord(bytes, entry::kCreateDate),
+        .AccessDate = GetWord(bytes, entry::kAccessDate),
+        .ClusterHigh = GetWord(bytes, entry::kClusterHigh),
+        .ModifyTime = GetWord(bytes, entry::kModifyTime),
+        .ModifyDate = GetWord(bytes, entry::kModifyDate),
+        .StartCluster = GetWord(bytes, entry::kStartCluster),
+        .FileSize = GetLong(bytes, entry::kFileSize),
+        .InUse = bytes[0] != entry::kEnd,
+        .Deleted = bytes[0] == entry::kDeleted,
+    };
+    if (IsLongName(row)) {
+        e.LfnSequence = bytes[0];
+        e.LongName = LongNamePart(bytes);
+    }
+    ++DirEntryCount;
+    return e.InUse;
+}
+
+/// Where entry `index` of a directory's cluster (0: the root) lies in the image.
+std::int64_t EntryOffset(Long cluster, Long index) {
+    const std::int64_t inArea = std::int64_t{index} * entry::kBytes;
+    if (cluster != 0) return ClusterOffset(cluster, inArea);
+    return std::int64_t{PartitionOffset} + SectorToAddress(Drives[1].RootDirSector) + inArea;
+}
+
+/// Adds `count` entries that lie together, many a read, up to and with the first whose InUse is
+/// false. Where a read fails, the entries in front of that place are added before it raises.
+void AddEntries(Long cluster, Long count) {
+    std::vector<Byte> bytes;
+    for (Long index = 0; index < count; index += kEntriesPerRead) {
+        const Long wanted = std::min(kEntriesPerRead, count - index);
+        bytes.resize(static_cast<std::size_t>(wanted * entry::kBytes));
+        const std::size_t good =
+            ReadFileUpTo(kImageFile, EntryOffset(cluster, index), bytes) / entry::kBytes;
+        for (std::size_t i = 0; i < good; ++i) {
+            if (!AddRow(ByteBuffer(bytes).subspan(i * entry::kBytes, entry::kBytes))) return;
+        }
+        if (good < static_cast<std::size_t>(wanted)) {
+            ReadDirEntry(cluster, index + static_cast<Long>(good));
+            Raise(kDeviceIoError);
+        }
+    }
+}
+
+}  // namespace
+
+DirEntryTable::DirEntryTable() { Clear(); }
+
+DirEntry& DirEntryTable::operator()(Long row) {
+    if (row < 0 || row >= Rows()) Raise(kSubscriptOutOfRange);
+    return Table[static_cast<std::size_t>(row)];
+}
+
+void DirEntryTable::Clear() {
+    Table.clear();
+    Table.resize(kFewestRows);
+}
+
+bool DirEntryTable::Grow(Long row) {
+    if (row >= kMostRows) return false;
+    if (row >= Rows()) Table.resize(static_cast<std::size_t>(std::min(Rows() * 2, kMostRows)));
+    return true;
+}
+
+bool IsDeleted(Long row) { return DirEntries(row).Deleted; }
+
+bool IsVolumeLabel(Long row) { return DirEntries(row).Attributes == attribute::kVolumeLabel; }
+
+bool IsDirectory(Long row) { return (DirEntries(row).Attributes & attribute::kDirectory) != 0; }
+
+bool IsLongName(Long row) {
+    return (DirEntries(row).Attributes & attribute::kLongName) == attribute::kLongName;
+}
+
+bool IsFile(Long row) { return !IsVolumeLabel(row) && !IsDirectory(row) && !IsLongName(row); }
+
+void ClearDirEntries() {
+    DirEntries.Clear();
+    DirEntryCount = 0;
+}
+
+void LoadRootDirectory() {
+    if (DirEntries.Grow(DirEntryCount)) {
+        DirEntries(DirEntryCount) = {
+            .Name = ".       ", .Ext = "   ", .Attributes = attribute::kDirectory, .InUse = true};
+    }
+    ++DirEntryCount;
+    AddEntries(0, BootSector.RootEntries);
+}
+
+void LoadSubDirectory(Long cluster) {
+    const ClusterChain chain(cluster);
+    const Long most = std::max<Long>(1, Drives[1].ClusterCount);
+    const Long perCluster = BootSector.SectorsPerCluster * entry::kPerSector;
+    if (perCluster == 0) return;
+    for (Long n = 0; n < most && DirEntryCount < DirEntryTable::kMostRows; ++n) {
+        const std::int64_t at = n * chain.BytesPerCluster();
+        if (!chain.LoopsTo() && at >= chain.LapBytes()) break;
+        AddEntries(chain.At(at).Cluster, perCluster);
+    }
+}
+
+bool ReadDirEntry(Long cluster, Long index) {
+    std::array<Byte, entry::kBytes> bytes{};
+    ReadFile(kImageFile, EntryOffset(cluster, index), bytes);
+    return AddRow(bytes);
+}
+
+void AttachLongNames() {
+    // The parts of the name so far, in the order in which they stand on the disk: last part first.
+    std::vector<Long> parts;
+    for (Long row = 0; row < DirEntries.Rows() && DirEntries(row).InUse; ++row) {
+        DirEntry& e = DirEntries(row);
+        if (e.Deleted) continue;
+        if (IsLongName(row)) {
+            if ((e.LfnSequence & entry::kLastPart) != 0) parts.clear();
+            parts.push_back(row);
+        }
+        if (IsFile(row) || IsDirectory(row)) {
+            std::u16string name;
+            for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
+                name += DirEntries(*part).LongName;
+            }
+            e.LongName = std::move(name);
+            parts.clear();
+        }
+    }
+}
+
+Long CountFiles() {
+    Long files = 0;
+    for (Long row = 0; row < DirEntries.Rows() && DirEntries(row).InUse; ++row) {
+        if (IsFile(row) && !IsDeleted(row)) ++files;
+    }
+    return files;
+}
+
+std::string EntryFileName(Long row) {
+    const std::string name = Trimmed(DirEntries(row).Name);
+    const std::string ext = Trimmed(DirEntries(row).Ext);
+    return ext.empty() ? name : name + "." + ext;
+}
+
+std::string LongNameText(Long row) { return Utf8(DirEntries(row).LongName); }
+
+}  // namespace tessel

@@ -1,0 +1,106 @@
+#include "volume/extraction.h"
+
+#include <optional>
+
+#include "platform/host.h"
+#include "platform/hostFiles.h"
+#include "platform/numberedFiles.h"
+#include "volume/clusterChain.h"
+#include "volume/directory.h"
+#include "volume/failureReports.h"
+#include "volume/volumeState.h"
+
+namespace tessel {
+namespace {
+
+void Report(const std::string& text) { TheHost.MessageBox(text, "Error"); }
+
+/// Closes the target when the copy ends, however it ends.
+struct TargetCloser {
+    ~TargetCloser() {
+        try {
+            CloseFile(kTargetFile);
+        } catch (const RuntimeError&) {
+            return;  // on the way out of another failure; the normal end closes by itself
+        }
+    }
+};
+
+/// The entry's modification date and time, when every field of it is in range.
+std::optional<LocalTime> ModificationTime(const DirEntry& e) {
+    const LocalTime t = {.Year = (e.ModifyDate >> 9) + 1980,
+                         .Month = e.ModifyDate >> 5 & 15,
+                         .Day = e.ModifyDate & 31,
+                         .Hour = e.ModifyTime >> 11,
+                         .Minute = e.ModifyTime >> 5 & 63,
+                         .Second = (e.ModifyTime & 31) * 2};
+    const bool leap = t.Year % 4 == 0 && (t.Year % 100 != 0 || t.Year % 400 == 0);
+    const bool shortMonth = t.Month == 4 || t.Month == 6 || t.Month == 9 || t.Month == 11;
+    const int days = t.Month == 2 ? (leap ? 29 : 28) : shortMonth ? 30 : 31;
+    const bool valid = t.Month >= 1 && t.Month <= 12 && t.Day >= 1 && t.Day <= days &&
+                       t.Hour < 24 && t.Minute < 60 && t.Second < 60;
+    return valid ? std::optional(t) : std::nullopt;
+}
+
+/// Copies the chain into the open target and closes it. Raises what a failing write raises.
+WalkEnd CopyChain(Long row, const ClusterChain& chain, std::int64_t& written) {
+    const WalkEnd end =
+        WalkChain(chain, ContentLength(row, chain), [&](std::span<const Byte> bytes) {
+            WriteFile(kTargetFile, bytes);
+            written += static_cast<std::int64_t>(bytes.size());
+        });
+    CloseFile(kTargetFile);
+    return end;
+}
+
+std::string ReadFailure(const ClusterChain& chain, std::int64_t offset, const std::string& path) {
+    try {
+        RaiseReadError(chain, offset);
+    } catch (const RuntimeError& error) {
+        return ErrorReport(error) + "\r\nError reading Disk Image " + path + "\r\n";
+    }
+}
+
+}  // namespace
+
+void ClearTheWay(const std::string& path) {
+    if (IsOpenFile(kImageFile, path)) Raise(kFileAlreadyOpen);
+    if (VisibleFileExists(path)) DeleteFile(path);
+}
+
+bool SaveEntryToFile(Long row, const std::string& path) {
+    if (!Drives[1].IsOpen) return false;
+    try {
+        if (IsOpenFile(kImageFile, path)) Raise(kFileAlreadyOpen);
+    } catch (const RuntimeError& error) {
+        Report(OpenFailureReport(error, path));
+        return false;
+    }
+    ClearTheWay(path);
+    try {
+        OpenForWriting(kTargetFile, path);
+    } catch (const RuntimeError& error) {
+        Report(OpenFailureReport(error, path));
+        return false;
+    }
+
+    const TargetCloser closer;
+    const std::optional<LocalTime> modified = ModificationTime(DirEntries(row));
+    if (!(IsFile(row) && DirEntries(row).FileSize == 0)) {
+        const ClusterChain chain(DirEntries(row).StartCluster);
+        std::int64_t written = 0;
+        try {
+            const WalkEnd end = CopyChain(row, chain, written);
+            if (end == WalkEnd::kReadFailed) Report(ReadFailure(chain, written, path));
+            if (end != WalkEnd::kDone) return false;
+        } catch (const RuntimeError& error) {
+            Report(ErrorReport(error) + "\r\nError Writting File " + path + "\r\n");
+            return false;
+        }
+    }
+    CloseFile(kTargetFile);
+    if (modified) SetModificationTime(path, *modified);
+    return true;
+}
+
+}  // namespace tessel

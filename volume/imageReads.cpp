@@ -1,0 +1,81 @@
+#include "volume/imageReads.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/numberedFiles.h"
+#include "volume/onDisk.h"
+#include "volume/volumeState.h"
+
+namespace tessel {
+namespace {
+
+/// Where `sector` begins in the image file, in sectors of the boot sector's size.
+std::int64_t AreaOffset(Long sector) {
+    const Long inVolume = CheckedLong(std::int64_t{sector} * BootSector.BytesPerSector);
+    return CheckedLong(std::int64_t{PartitionOffset} + inVolume);
+}
+
+void ReadFat(std::vector<Byte>& fat, Long sector) {
+    fat.clear();
+    const std::int64_t offset = AreaOffset(sector);
+    const Long told =
+        CheckedLong(std::int64_t{BootSector.BytesPerSector} * BootSector.SectorsPerFat);
+    // The image may hold less than the boot sector tells, and memory is only taken for what it has.
+    const std::int64_t held = FileLength(kImageFile) - offset;
+    fat.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(held, 0, told)));
+    const std::size_t good = ReadFileUpTo(kImageFile, offset, fat);
+    if (good < fat.size()) {
+        fat.resize(good);
+        Raise(kDeviceIoError);
+    }
+}
+
+}  // namespace
+
+Long SectorToAddress(Long sector) {
+    const Long address = CheckedLong(std::int64_t{sector} * kSectorBytes);
+    const Long perTrack = Drives[1].SectorsPerTrack;
+    const Long heads = Drives[1].Heads;
+    DiskAddress = {.SectorCount = 1, .ByteOffset = address};
+    if (perTrack != 0 && heads != 0) {
+        DiskAddress.Sector = static_cast<Byte>(sector % perTrack);
+        DiskAddress.Track = static_cast<Byte>(sector / perTrack / heads);
+        DiskAddress.Head = static_cast<Byte>(sector / perTrack % heads);
+    }
+    return address;
+}
+
+bool ReadSector(Long sector) {
+    const Long address = SectorToAddress(sector);
+    try {
+        ReadFile(kImageFile, std::int64_t{PartitionOffset} + address, SectorBuffer);
+        return true;
+    } catch (const RuntimeError&) {
+        return false;
+    }
+}
+
+void ReadFat0() { ReadFat(Fat0Bytes, Drives[1].Fat0Sector); }
+void ReadFat1() { ReadFat(Fat1Bytes, Drives[1].Fat1Sector); }
+
+void ReadRootDirectory() {
+    RootDirBytes.assign(static_cast<std::size_t>(BootSector.RootEntries * entry::kBytes), 0);
+    if (!RootDirBytes.empty()) {
+        ReadFile(kImageFile, AreaOffset(Drives[1].RootDirSector), RootDirBytes);
+    }
+}
+
+Long ClusterToSector(Long cluster) {
+    return CheckedLong((std::int64_t{cluster} - 2) * BootSector.SectorsPerCluster +
+                       Drives[1].DataSector);
+}
+
+std::int64_t ClusterOffset(Long cluster, std::int64_t k) {
+    const std::int64_t offset =
+        std::int64_t{PartitionOffset} + SectorToAddress(ClusterToSector(cluster)) + k;
+    if (offset < 0 || offset > kLastFileOffset) Raise(kOverflow);
+    return offset;
+}
+
+}  // namespace tessel
