@@ -1,0 +1,91 @@
+#include "dialogs/dialogGetDirectory.h"
+
+#include "dialogs/settings.h"
+#include "platform/host.h"
+#include "platform/hostFiles.h"
+
+namespace tessel {
+
+dialogGetDirectory::dialogGetDirectory() {
+    Form.Name = "dialogGetDirectory";
+    Form.Caption = "Directory";
+    Form.ScaleWidth = 7440;
+    Form.ScaleHeight = 5100;
+    // Where the window was designed to stand.
+    Form.Top = 3000;
+    Form.Left = 3000;
+    driveDriveBox.Name = "driveDriveBox";
+    driveDriveBox.At = {120, 240, 5775, 315};
+    dirDirBox.Name = "dirDirBox";
+    dirDirBox.At = {120, 600, 5775, 3690};
+
+    driveDriveBox.Change = [this] { driveDriveBox_Change(); };
+    dirDirBox.Change = [this] { dirDirBox_Change(); };
+    OKButton.Click = [this] { OKButton_Click(); };
+    CancelButton.Click = [this] { CancelButton_Click(); };
+    Form.CloseBox = [this] { Form_CloseBox(); };
+
+    Form.Top = ReadPosition(kTopKey, Form.Top);
+    Form.Left = ReadPosition(kLeftKey, Form.Left);
+}
+
+void dialogGetDirectory::Form_Unload() {
+    if (!Form.Normal) return;
+    WritePosition(kTopKey, Form.Top);
+    WritePosition(kLeftKey, Form.Left);
+}
+
+void dialogGetDirectory::ShowGetDirectory() {
+    InitDirectoryLists();
+    Form.Visible = true;
+    TheHost.ShowModal(Form);
+}
+
+void dialogGetDirectory::InitDirectoryLists() {
+    const std::string current = CurrentFolder();
+    try {
+        driveDriveBox.SetDrive(DriveName);
+    } catch (const RuntimeError&) {
+        driveDriveBox.SetDrive(current);
+        if (dirDirBox.Path().empty()) dirDirBox.SetPath(DriveRoot(driveDriveBox.Drive()));
+        txtDirName.Text = dirDirBox.Path();
+        return;
+    }
+    try {
+        dirDirBox.SetPath(DirName);
+    } catch (const RuntimeError&) {
+        dirDirBox.SetPath(current);
+    }
+    txtDirName.Text = dirDirBox.Path();
+}
+
+void dialogGetDirectory::driveDriveBox_Change() {
+    dirDirBox.SetPath(DriveRoot(driveDriveBox.Drive()));
+}
+
+void dialogGetDirectory::dirDirBox_Change() {
+    txtDirName.Text = dirDirBox.Path();
+}
+
+void dialogGetDirectory::OKButton_Click() {
+    DirName = dirDirBox.Path();
+    DriveName = driveDriveBox.Drive();
+    Cancel = false;
+    ReturnValue = 1;
+    Form.Visible = false;
+}
+
+void dialogGetDirectory::CancelButton_Click() {
+    DirName.clear();
+    DriveName.clear();
+    Cancel = true;
+    ReturnValue = 0;
+    Form.Visible = false;
+}
+
+void dialogGetDirectory::Form_CloseBox() {
+    ReturnValue = 0;
+    Form.Visible = false;
+}
+
+}  // namespace tessel
