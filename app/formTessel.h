@@ -1,0 +1,147 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "dialogs/dialogGetDirectory.h"
+#include "platform/controls.h"
+#include "platform/host.h"
+
+namespace tessel {
+
+/// One step of the path from the root to the listed directory.
+struct DirLevel {
+    std::string ShortName{};   ///< the entry's 8.3 name
+    std::string LongName{};    ///< its long name, "" for none
+    std::string FolderName{};  ///< the long name, or the short one where there is none
+};
+
+/// The main window. Every action of a person enters here, and every event handler has one outermost
+/// guard: an error that no command caught becomes one message box, the busy state is left, and the
+/// window goes on.
+struct formTessel {
+    formTessel();
+    formTessel(const formTessel&) = delete;
+    formTessel& operator=(const formTessel&) = delete;
+
+    // --- The controls (places in twips). ---------------------------------------------------------
+    Window Form;
+    Frame Frame1{"Frame1", "Display", {0, 0, 1695, 1215}};
+    std::array<OptionButton, 4> optDisplay;
+    Label lblVolumeID{.Name = "lblVolumeID", .At = {1800, 120, 1575, 255}};
+    Button cmdABORT{.Name = "cmdABORT", .Caption = "STOP", .At = {3480, 120, 1095, 375}};
+    Label lblSystemID{.Name = "lblSystemID", .At = {4680, 120, 615, 255}};
+    Button cmdDirectory{
+        .Name = "cmdDirectory", .Caption = "Directory", .At = {5400, 120, 855, 375}};
+    Button cmdDisplayBootSector{
+        .Name = "cmdDisplayBootSector", .Caption = "Boot Sector", .At = {6360, 120, 1215, 375}};
+    Button cmdFat0{.Name = "cmdFat0", .Caption = "FAT0", .At = {7680, 120, 855, 375}};
+    Button cmdRoot{.Name = "cmdRoot", .Caption = "Root", .At = {8640, 120, 855, 375}};
+    Label lblVersion{.Name = "lblVersion", .At = {9840, 120, 1215, 255}};
+    Label lblDirectory{.Name = "lblDirectory", .At = {120, 1320, 1575, 255}};
+    ListBox listDIR;
+    DisplayBox rtfDisplay;
+    CommonDialog CommonDialog1;
+
+    std::array<MenuEntry, 9> FileEntries;  ///< mnuOpen to mnuExit, separators included
+    std::array<MenuEntry, 1> OptionsEntries;
+    Menu mnuFile;
+    Menu mnuOptions;
+    MenuEntry& mnuOpen = FileEntries[0];
+    MenuEntry& mnuClose = FileEntries[1];
+    MenuEntry& mnuSaveTxt = FileEntries[3];
+    MenuEntry& mnuSaveFile = FileEntries[4];
+    MenuEntry& mnuSaveDirectory = FileEntries[6];
+    MenuEntry& mnuExit = FileEntries[8];
+    MenuEntry& mnuOffset = OptionsEntries[0];
+
+    // --- The window's state. ---------------------------------------------------------------------
+    bool VolumeOpen = false;  ///< a volume is listed and may be browsed
+    Long FileCount = 0;       ///< files of the listed directory, counted when it was loaded
+    Long DirDepth = 0;        ///< index of the listed directory in DirStack; 0 is the root
+    std::array<DirLevel, 512> DirStack;  ///< level 0 is the root and is never written
+
+    /// The folder chooser, from its first use on.
+    std::unique_ptr<dialogGetDirectory> Chooser;
+
+    // --- What the screen calls beside the controls' own events. ----------------------------------
+    /// The window is about to be shown for the first time: list and display empty, nothing enabled
+    /// that needs a volume.
+    void Form_Load();
+    /// The program ends: the chooser's place is stored.
+    void Form_Unload();
+
+    /// Closes drive slot `index` (0 to 3) and returns the window to its no-image state.
+    void CloseDrive(Integer index);
+    /// Fills the list from DirEntries, in their order, and selects the first line.
+    void ListDirectory();
+    /// Asks for a host folder; "" when a person cancels. `dirType` "SAVEALL" starts in the folder
+    /// stored for it and stores the answer, also an empty one. The title is "Directory Path " and
+    /// `dialogTitle`. The other three are accepted and not used.
+    std::string GetDirName(const std::string& suggestedDirName, const std::string& openSave,
+                           const std::string& dirType = "", Long extraFlags = 0,
+                           const std::string& dialogTitle = "");
+
+  private:
+    using Handler = void (formTessel::*)();
+    std::function<void()> Guarded(Handler handler);
+    void RunGuarded(const std::function<void()>& handler);
+
+    // Opening and closing (formTesselVolume.cpp).
+    void Form_Initialize();
+    void Form_Resize();
+    void Form_CloseBox();
+    void mnuFile_Click();
+    void mnuOptions_Click();
+    void mnuOpen_Click();
+    void mnuClose_Click();
+    void mnuExit_Click();
+    void mnuOffset_Click();
+    void cmdABORT_Click();
+    void OpenImage(const std::string& path, const std::string& title);
+    bool OpenImageFile(const std::string& path);
+    void RefuseVolume();
+    void BrowseVolume();
+    void ReportOpenFailure(const RuntimeError& error);
+    void SetBusy(bool flag);
+    void EnableControls(bool flag);
+    void SetVolumeOpen(bool flag);
+    void ClearDisplay();
+
+    // Display modes and navigation (formTesselBrowse.cpp).
+    void listDIR_Click();
+    void listDIR_DblClick();
+    void optDisplay_Click();
+    void cmdDirectory_Click();
+    void cmdDisplayBootSector_Click();
+    void cmdFat0_Click();
+    void cmdRoot_Click();
+    void OpenDirectory(Long cluster);
+    void ClearList();
+    void AddEntryLine(Long index);
+    std::optional<Long> SelectedEntry();
+    bool EnterDirectory(Long index);
+    void ShowEntry(Long index);
+    void ShowEntryInfo(Long index);
+    void ShowFileView(Long index);
+    void DumpEntry(Long index);
+
+    // Saving (formTesselSave.cpp).
+    void mnuSaveFile_Click();
+    void mnuSaveTxt_Click();
+    void mnuSaveDirectory_Click();
+    std::string SuggestedName() const;
+
+    int RunningHandlers = 0;    // handlers run inside one another while events are let in
+    bool ClosePending = false;  // Close was chosen while busy
+    bool ExitPending = false;   // Exit was chosen while busy
+    std::string LastDirName{};    // the folder last chosen through GetDirName in this run
+    bool SaveAllRunning = false;
+};
+
+/// "MAJOR.MINOR.REVISION" of this program.
+const char* ProgramVersion();
+
+}  // namespace tessel

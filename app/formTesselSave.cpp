@@ -1,0 +1,98 @@
+#include "app/formTessel.h"
+#include "app/mirroredFolders.h"
+#include "app/textFile.h"
+#include "dialogs/modFile.h"
+#include "dialogs/settings.h"
+#include "platform/hostFiles.h"
+#include "util/modUtility.h"
+#include "volume/failureReports.h"
+#include "volume/modDisks.h"
+
+/// Saving to the host.
+namespace tessel {
+
+std::string formTessel::SuggestedName() const {
+    if (listDIR.ListIndex() < 0) return "";
+    const Long index = listDIR.ItemData(listDIR.ListIndex());
+    const std::string longName = LongNameText(index);
+    if (!longName.empty()) return longName;
+    return Trimmed(DirEntries(index).Name) + "." + Trimmed(DirEntries(index).Ext);
+}
+
+void formTessel::mnuSaveFile_Click() {
+    SetBusy(true);
+    std::string kind;
+    const std::string path = GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "DOS");
+    // Its result is of no interest: the copy has told of any failure.
+    if (!path.empty()) SaveEntryToFile(SelectedEntry().value_or(0), path);
+    SetBusy(false);
+}
+
+void formTessel::mnuSaveTxt_Click() {
+    std::string kind = "TXT";
+    const std::string path =
+        GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "Display as Text");
+    if (path.empty()) return;
+    ClearTheWay(path);
+    WriteTextFile(rtfDisplay.Text, path);
+}
+
+void formTessel::mnuSaveDirectory_Click() {
+    if (SaveAllRunning || !Drives[1].IsOpen || listDIR.ListIndex() < 0) return;
+    const std::string folder = GetDirName("", "SAVE", "SAVEALL", 0, "Save All");
+    if (folder.empty()) return;
+
+    SaveAllRunning = true;
+    const struct Reset {
+        bool& Flag;
+        ~Reset() { Flag = false; }
+    } reset{SaveAllRunning};
+    ClearDisplay();
+    SetBusy(true);
+    MirroredFolders target(folder, StripExtension(Drives[1].ImageTitle));
+    for (Long level = 1; level <= DirDepth; ++level) {
+        target.Add(DirStack[static_cast<std::size_t>(level)].FolderName);
+    }
+
+    Long saved = 0;
+    Long failed = 0;
+    for (Long row = 0; row < DirEntries.Rows(); ++row) {
+        TheHost.DoEvents();
+        if (!DirEntries(row).InUse) break;
+        if (IsFile(row) && !IsDeleted(row)) {
+            if (!target.ChosenFolderIsThere()) break;
+            const std::string longName = LongNameText(row);
+            const std::string path =
+                target.PathOf(longName.empty() ? EntryFileName(row) : longName);
+            const bool ok = target.Save(row, path);
+            rtfDisplay.Text.Append((ok ? "Saved - " : "Failed - ") + path + "\r\n");
+            ++(ok ? saved : failed);
+        }
+        if (StopRequested) break;
+    }
+    rtfDisplay.Text.Append("\r\n Total Files  - " + std::to_string(FileCount) + "  Saved - " +
+                           std::to_string(saved) + "  Failed - " + std::to_string(failed));
+    SetBusy(false);
+}
+
+std::string formTessel::GetDirName(const std::string& /*suggestedDirName*/,
+                                   const std::string& /*openSave*/, const std::string& dirType,
+                                   Long /*extraFlags*/, const std::string& dialogTitle) {
+    if (LastDirName.empty()) LastDirName = CurrentFolder();
+    const bool saveAll = UpperCase(dirType) == "SAVEALL";
+    std::string start = saveAll ? ReadPath(kSaveAllFolderKey) : "";
+    if (start.empty()) start = LastDirName;
+
+    if (!Chooser) Chooser = std::make_unique<dialogGetDirectory>();
+    Chooser->Form.Caption = "Directory Path " + dialogTitle;
+    Chooser->DirName = start;
+    Chooser->DriveName = start;
+    Chooser->ShowGetDirectory();
+    const std::string answer = Chooser->DirName;
+
+    if (!answer.empty()) LastDirName = answer;
+    if (saveAll) WritePath(kSaveAllFolderKey, answer);
+    return answer;
+}
+
+}  // namespace tessel

@@ -1,0 +1,166 @@
+#include <functional>
+#include <optional>
+
+#include "app/formTessel.h"
+#include "dialogs/modFile.h"
+#include "platform/numberedFiles.h"
+#include "reports/dumps.h"
+#include "util/modUtility.h"
+#include "volume/failureReports.h"
+#include "volume/modDisks.h"
+
+/// Opening and closing an image.
+namespace tessel {
+namespace {
+
+/// Carries out steps of which each shall be tried though one before it failed, and keeps the first
+/// failure for the end.
+class FirstFailure {
+  public:
+    void Try(const std::function<void()>& step) {
+        try {
+            step();
+        } catch (const RuntimeError& error) {
+            if (!Failure) Failure = error;
+        }
+    }
+    void RaiseIt() const {
+        if (Failure) throw RuntimeError(*Failure);
+    }
+
+  private:
+    std::optional<RuntimeError> Failure;
+};
+
+}  // namespace
+
+void formTessel::Form_Initialize() {
+    lblVersion.Caption = std::string("V ") + ProgramVersion();
+    PartitionOffset = 0;
+}
+
+void formTessel::mnuFile_Click() {
+    const Long entry = SelectedEntry().value_or(0);
+    const bool usable = Drives[1].IsOpen && !Busy;
+    mnuSaveFile.Enabled = IsFile(entry) && usable;
+    mnuSaveDirectory.Enabled = CountFiles() > 0 && usable;
+}
+
+void formTessel::mnuOptions_Click() { mnuOffset.Enabled = !Drives[1].IsOpen; }
+
+void formTessel::mnuOpen_Click() {
+    if (Busy) return;
+    Drives[1].FileNumber = kImageFile;
+    std::string kind = "IMG";
+    const std::string path = GetFileName(CommonDialog1, "", "OPEN", kind, 0, "FAT Raw File");
+    if (!path.empty()) OpenImage(path, CommonDialog1.FileTitle);
+}
+
+void formTessel::OpenImage(const std::string& path, const std::string& title) {
+    if (Drives[1].IsOpen) CloseDrive(1);
+    Drives[1].ImageTitle = title;
+    Drives[1].ImagePath = path;
+    Form.Caption = "FAT File System " + path;
+    if (!OpenImageFile(path)) return;
+
+    ParseBootSector();
+    lblVolumeID.Caption = Trimmed(BootSector.VolumeLabel);
+    lblSystemID.Caption = Trimmed(BootSector.SystemId);
+    const Long fatType = FatTypeOf(Drives[1].ClusterCount);
+    SetFatType(fatType, lblSystemID);
+    if (fatType == 32) {
+        TheHost.MessageBox("FAT32 is not supported", "Bad FAT type");
+        rtfDisplay.Text.Replace(DumpBootSector());
+        RefuseVolume();
+        return;
+    }
+    ClearList();
+    if (!HasBootSignature()) {
+        rtfDisplay.Text.Replace(DumpBootSector());
+        TheHost.MessageBox("No Boot Signature", "Bad Boot Sector");
+        RefuseVolume();
+        return;
+    }
+    BrowseVolume();
+}
+
+bool formTessel::OpenImageFile(const std::string& path) {
+    try {
+        OpenForReading(kImageFile, path);
+        SetDriveGeometry(1);
+        Drives[1].IsOpen = true;
+        lblVolumeID.Caption = "";
+        lblSystemID.Caption = "";
+        lblDirectory.Caption = "";
+        DirDepth = 0;
+        // Without its first sector there is no volume to tell anything about.
+        if (!ReadBootSector()) Raise(kDeviceIoError);
+        return true;
+    } catch (const RuntimeError& error) {
+        ReportOpenFailure(error);
+        return false;
+    }
+}
+
+void formTessel::ReportOpenFailure(const RuntimeError& error) {
+    TheHost.MessageBox(OpenFailureReport(error, Drives[1].ImagePath), "Error");
+    CloseDrive(1);
+}
+
+void formTessel::RefuseVolume() {
+    CloseFile(kImageFile);
+    Drives[1].IsOpen = false;
+    EnableControls(false);
+}
+
+void formTessel::BrowseVolume() {
+    // A damaged volume is browsed as far as it holds: a failing area does not keep the others away.
+    FirstFailure failure;
+    failure.Try([] { ReadRootDirectory(); });
+    ClearDirEntries();
+    failure.Try([this] { OpenDirectory(0); });
+    SetVolumeOpen(true);
+    if (BootSector.NumberOfFats >= 1) failure.Try([] { ReadFat0(); });
+    if (BootSector.NumberOfFats >= 2) failure.Try([] { ReadFat1(); });
+    failure.RaiseIt();
+}
+
+void formTessel::mnuClose_Click() {
+    if (Busy) {
+        StopRequested = true;
+        ClosePending = true;
+    } else {
+        CloseDrive(Drives[1].FileNumber);
+    }
+}
+
+void formTessel::CloseDrive(Integer index) {
+    if (index < 0 || index >= static_cast<Integer>(Drives.size())) Raise(kSubscriptOutOfRange);
+    DriveRecord& drive = Drives[static_cast<std::size_t>(index)];
+    lblVolumeID.Caption = "";
+    lblSystemID.Caption = "";
+    lblDirectory.Caption = "";
+    drive.ImagePath.clear();
+    drive.ImageTitle.clear();
+    drive.IsOpen = false;
+    // Nothing that is still shown may be read from a closed file.
+    ClearDisplay();
+    CloseFile(index);
+    Form.Caption = "FAT File System";
+    SetVolumeOpen(false);
+}
+
+void formTessel::mnuOffset_Click() {
+    std::string text = std::to_string(PartitionOffset);
+    for (;;) {
+        text = TheHost.InputBox("Input Offset (0 to 2GB)", "Partition Offset", text);
+        if (text.empty()) return;
+        const Long value = ParseNumber(text);
+        if (value != -1) {
+            PartitionOffset = value;
+            return;
+        }
+    }
+}
+
+}  // namespace tessel
