@@ -137,7 +137,7 @@ struct formTessel {
     int RunningHandlers = 0;    // handlers run inside one another while events are let in
     bool ClosePending = false;  // Close was chosen while busy
     bool ExitPending = false;   // Exit was chosen while busy
-    std::string LastDirName{};    // the folder last chosen through GetDirName in this run
+    std::string LastDirName{};  // the folder last chosen through GetDirName in this run
     bool SaveAllRunning = false;
 };
 

@@ -1,5 +1,7 @@
 #include "app/mirroredFolders.h"
 
+#include <algorithm>
+
 #include "platform/host.h"
 #include "platform/hostFiles.h"
 #include "volume/extraction.h"
@@ -31,7 +33,6 @@ std::string MirroredFolders::PathOf(const std::string& fileName) const {
 
 void MirroredFolders::Enter() const {
     for (const std::string& folder : Folders) {
-        if (IsLink(folder)) Raise(kPathFileAccessError);
         try {
             ChangeFolder(folder);
         } catch (const RuntimeError& error) {
@@ -43,12 +44,25 @@ void MirroredFolders::Enter() const {
     }
 }
 
+bool MirroredFolders::HoldsLink() const {
+    return std::any_of(Folders.begin(), Folders.end(), IsLink);
+}
+
 bool MirroredFolders::Save(Long row, const std::string& path) const {
+    if (HoldsLink()) {
+        const RuntimeError refused(kPathFileAccessError, kProjectName,
+                                   ErrorText(kPathFileAccessError));
+        TheHost.MessageBox(OpenFailureReport(refused, path), "Error");
+        return false;
+    }
     try {
         Enter();
+    } catch (const RuntimeError&) {
+        // Where a folder could not be created the copy fails, and tells of it.
+    }
+    try {
         return SaveEntryToFile(row, path);
-    } catch (const RuntimeError& error) {
-        TheHost.MessageBox(OpenFailureReport(error, path), "Error");
+    } catch (const RuntimeError&) {
         return false;
     }
 }

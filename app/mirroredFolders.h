@@ -21,11 +21,12 @@ class MirroredFolders {
     /// The path of a file of this name in the innermost folder.
     std::string PathOf(const std::string& fileName) const;
     /// Creates the folders that are missing, enters them, and copies a row to `path`. False when
-    /// the copy failed, of which a message box has told, or was stopped.
+    /// that failed or was stopped.
     bool Save(Long row, const std::string& path) const;
 
   private:
     void Enter() const;
+    bool HoldsLink() const;
 
     std::string Chosen;
     std::vector<std::string> Folders;  // full paths, outermost first

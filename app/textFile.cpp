@@ -13,6 +13,18 @@ constexpr int kTextFile = 21;
 
 bool IsBreak(char c) { return c == '\r' || c == '\n'; }
 
+/// Whether every line break of `text` is a CR LF already.
+bool IsConverted(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t lf = text.find('\n');
+        const std::size_t cr = text.find('\r');
+        if (lf == text.npos || cr == text.npos) return lf == cr;
+        if (cr + 1 != lf) return false;
+        text.remove_prefix(lf + 1);
+    }
+    return true;
+}
+
 void Write(std::string_view text) {
     WriteFile(kTextFile, text.empty()
                              ? std::span<const Byte>{}
@@ -22,6 +34,8 @@ void Write(std::string_view text) {
 }  // namespace
 
 std::string_view LineEnds::Converted(std::string_view part) {
+    // Nearly every text is right as it stands, and large.
+    if (!HeldCr && IsConverted(part)) return part;
     Buffer.clear();
     for (std::size_t i = 0; i < part.size();) {
         if (HeldCr) {

@@ -1,6 +1,7 @@
 #include "volume/clusterChain.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "platform/host.h"
 #include "platform/numberedFiles.h"
@@ -12,7 +13,9 @@
 namespace tessel {
 namespace {
 
-constexpr std::int64_t kPieceBytes = 256 * 1024;
+constexpr std::int64_t kLargestPiece = 256 * 1024;
+constexpr std::chrono::milliseconds kShortPiece{4};
+constexpr std::chrono::milliseconds kLongPiece{16};
 constexpr Long kFirstFiveDigitCluster = 10000;
 /// Cluster numbers come from 16-bit fields.
 constexpr std::size_t kClusterNumbers = 65536;
@@ -101,19 +104,23 @@ std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<
 
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take) {
+    using std::chrono::steady_clock;
     EventTurns turns;
     std::vector<Byte> buffer;
     std::int64_t piece = chain.BytesPerCluster();
     for (std::int64_t at = 0; at < length;) {
         if (StopRequested) return WalkEnd::kStopped;
+        const auto begun = steady_clock::now();
         buffer.resize(static_cast<std::size_t>(std::min(piece, length - at)));
         const std::size_t good = ReadChain(chain, at, buffer);
         if (good > 0) take(std::span(buffer).first(good));
         if (good < buffer.size()) return WalkEnd::kReadFailed;
         at += static_cast<std::int64_t>(good);
-        turns.Take();
-        piece = std::max(chain.BytesPerCluster(),
-                         kPieceBytes / chain.BytesPerCluster() * chain.BytesPerCluster());
+        // Large pieces are fast, but on a slow medium STOP has to wait for the end of one.
+        const auto taken = steady_clock::now() - begun;
+        if (taken < kShortPiece && piece < kLargestPiece) piece *= 2;
+        if (taken > kLongPiece && piece > chain.BytesPerCluster()) piece /= 2;
+        if (at < length) turns.Take();
     }
     return WalkEnd::kDone;
 }

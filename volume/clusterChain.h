@@ -66,9 +66,9 @@ std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<
 
 enum class WalkEnd { kDone, kStopped, kReadFailed };
 
-/// Hands the first `length` bytes of a chain to `take`, in order, first one cluster and then large
-/// pieces, and lets events in between them. Ends early when StopRequested is set, and where a read
-/// fails, behind the last good byte. What `take` throws goes to the caller.
+/// Hands the first `length` bytes of a chain to `take`, in order, first one cluster and then
+/// larger pieces, and lets events in between them. Ends early when StopRequested is set, and where
+/// a read fails, behind the last good byte. What `take` throws goes to the caller.
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take);
 

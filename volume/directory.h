@@ -10,8 +10,8 @@ namespace tessel {
 
 /// The decoded entry. Names keep their trailing blanks; numbers are as on the disk.
 struct DirEntry {
-    std::string Name{};     ///< 8 characters
-    std::string Ext{};      ///< 3 characters
+    std::string Name{};   ///< 8 characters
+    std::string Ext{};    ///< 3 characters
     Long Attributes = 0;  ///< the attribute byte plus 256 times the reserved byte
     Long Reserved = 0;
     Long CreateTenths = 0;
@@ -22,10 +22,10 @@ struct DirEntry {
     Long ModifyTime = 0;
     Long ModifyDate = 0;
     Long StartCluster = 0;
-    Long FileSize = 0;        ///< bytes; signed on the disk
-    Long LfnSequence = 0;     ///< long-name rows: the sequence byte
+    Long FileSize = 0;          ///< bytes; signed on the disk
+    Long LfnSequence = 0;       ///< long-name rows: the sequence byte
     std::u16string LongName{};  ///< long-name rows: own part; files and directories: the whole name
-    bool InUse = false;       ///< first byte not 0: the directory goes on
+    bool InUse = false;         ///< first byte not 0: the directory goes on
     bool Deleted = false;
 };
 

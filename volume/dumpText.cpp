@@ -34,27 +34,46 @@ constexpr auto kCharacters = [] {
     return characters;
 }();
 
-char* PutHex(char* to, std::uint32_t value, int width) {
-    for (int i = width - 1; i >= 0; --i, value >>= 4) to[i] = "0123456789ABCDEF"[value & 15];
-    return to + width;
+/// The two decimal digits of 0 to 99.
+constexpr auto kPairs = [] {
+    std::array<std::array<char, 2>, 100> pairs{};
+    for (std::size_t i = 0; i < 100; ++i) {
+        pairs[i] = {static_cast<char>('0' + i / 10), static_cast<char>('0' + i % 10)};
+    }
+    return pairs;
+}();
+
+char* PutHex2(char* to, std::uint32_t value) {
+    std::memcpy(to, kCells[value & 255].data() + 1, 2);
+    return to + 2;
 }
 
-char* PutDecimal(char* to, std::uint32_t value, int width) {
-    for (int i = width - 1; i >= 0; --i, value /= 10) to[i] = static_cast<char>('0' + value % 10);
-    return to + width;
+char* PutHex4(char* to, std::uint32_t value) { return PutHex2(PutHex2(to, value >> 8), value); }
+
+char* PutDecimal2(char* to, std::uint32_t value) {
+    std::memcpy(to, kPairs[value].data(), 2);
+    return to + 2;
+}
+
+char* PutDecimal4(char* to, std::uint32_t value) {
+    return PutDecimal2(PutDecimal2(to, value / 100), value % 100);
 }
 
 char* PutHead(char* to, Long cluster, std::int64_t offset) {
     const auto number = static_cast<std::uint32_t>(cluster);
     const auto within = static_cast<std::uint32_t>(offset);
-    to = PutHex(to, number, 4);
+    to = PutHex4(to, number);
     *to++ = '-';
-    to = PutHex(to, within, 8);
+    to = PutHex4(PutHex4(to, within >> 16), within);
     *to++ = ' ';
     *to++ = '(';
-    to = PutDecimal(to, number, cluster < 10000 ? 4 : 5);
+    if (number >= 10000) *to++ = static_cast<char>('0' + number / 10000);
+    to = PutDecimal4(to, number % 10000);
     *to++ = '-';
-    to = PutDecimal(to, within, 7);
+    // Seven digits: a cluster is at most 255 sectors of 512 bytes.
+    *to++ = '0';
+    to = PutDecimal2(to, within / 10000);
+    to = PutDecimal4(to, within % 10000);
     *to++ = ')';
     return to;
 }
@@ -108,15 +127,16 @@ std::int64_t DumpText::SizeOf(std::int64_t bytes) const {
 void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
                            std::string& out) const {
     constexpr std::size_t kLongestLine = 96;
-    const std::size_t old = out.size();
-    // One character more than the lines need: a cell is put down four characters at a time.
-    out.resize(old + (bytes.size() + kLineBytes - 1) / kLineBytes * kLongestLine + 1);
-    char* to = out.data() + old;
+    constexpr std::size_t kLinesAtOnce = 64;
+    // Room for one character more than the lines need: a cell is put down four at a time.
+    std::array<char, kLinesAtOnce * kLongestLine + 1> lines;
+    char* to = lines.data();
+    std::size_t held = 0;
     ClusterChain::Stretch at{};
-    for (std::size_t i = 0; i < bytes.size(); i += kLineBytes) {
-        if (at.Length <= 0) at = Source.At(first + static_cast<std::int64_t>(i));
+    while (!bytes.empty()) {
+        if (at.Length <= 0) at = Source.At(first);
+        const auto line = bytes.first(std::min<std::size_t>(kLineBytes, bytes.size()));
         to = PutHead(to, at.Cluster, at.InCluster);
-        const auto line = bytes.subspan(i, std::min<std::size_t>(kLineBytes, bytes.size() - i));
         for (const Byte byte : line) {
             std::memcpy(to, kCells[byte].data(), 4);
             to += 3;
@@ -127,14 +147,20 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
             *to++ = '\r';
             *to++ = '\n';
         }
+        bytes = bytes.subspan(line.size());
+        first += kLineBytes;
         at.Length -= kLineBytes;
         at.InCluster += kLineBytes;
         if (at.InCluster == Source.BytesPerCluster()) {
             at.InCluster = 0;
             ++at.Cluster;
         }
+        if (++held == kLinesAtOnce || bytes.empty()) {
+            out.append(lines.data(), to);
+            to = lines.data();
+            held = 0;
+        }
     }
-    out.resize(static_cast<std::size_t>(to - out.data()));
 }
 
 void DumpText::Read(std::int64_t bytes, TextOffset at, std::size_t count, std::string& out) const {
@@ -143,7 +169,8 @@ void DumpText::Read(std::int64_t bytes, TextOffset at, std::size_t count, std::s
     const std::size_t start = out.size();
     std::size_t skip = static_cast<std::size_t>(at - TextOf(byte));
     std::vector<Byte> buffer;
-    while (out.size() - skip < end && byte < bytes) {
+    out.reserve(end + skip);
+    while (out.size() < end + skip && byte < bytes) {
         const auto missing = static_cast<std::int64_t>(end + skip - out.size());
         const std::int64_t lines = missing / (HeadLength(0) + kBody) + 1;
         const std::int64_t wanted = std::min({lines * kLineBytes, kBytesAtOnce, bytes - byte});

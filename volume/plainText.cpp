@@ -34,11 +34,12 @@ Counts CountBytes(std::span<const Byte> bytes) {
         counts.Breaks += breaks;
     }
     // A pair is one break.
+    const Byte* const at = bytes.data();
     for (std::size_t start = 0; start + 1 < bytes.size(); start += kRun) {
         const std::size_t end = std::min(start + kRun, bytes.size() - 1);
         Byte pairs = 0;
         for (std::size_t i = start; i < end; ++i) {
-            pairs = static_cast<Byte>(pairs + ((bytes[i] == '\r') & (bytes[i + 1] == '\n')));
+            pairs = static_cast<Byte>(pairs + ((at[i] == '\r') & (at[i + 1] == '\n')));
         }
         counts.Breaks -= pairs;
     }

@@ -14,8 +14,8 @@ namespace tessel {
 
 /// One image and its volume. Sector numbers count from the start of the volume.
 struct DriveRecord {
-    std::string ImagePath{};          ///< full path of the open image
-    std::string ImageTitle{};         ///< its name without the folder
+    std::string ImagePath{};        ///< full path of the open image
+    std::string ImageTitle{};       ///< its name without the folder
     Integer FileNumber = 0;         ///< number under which it is open; always 1
     bool IsOpen = false;            ///< open, and not refused
     Long SectorsPerTrack = 0;       ///< by the image's length, then the boot sector's
