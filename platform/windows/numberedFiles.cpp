@@ -1,0 +1,144 @@
+#include "platform/numberedFiles.h"
+
+#include <windows.h>
+#include <winioctl.h>
+
+#include <algorithm>
+#include <map>
+
+#include "platform/windows/hostErrors.h"
+
+namespace tessel {
+namespace {
+
+std::map<int, HANDLE>& OpenFiles() {
+    static std::map<int, HANDLE> files;
+    return files;
+}
+
+HANDLE HandleOf(int number) {
+    const auto file = OpenFiles().find(number);
+    if (file == OpenFiles().end()) Raise(kBadFileNumber);
+    return file->second;
+}
+
+HANDLE Create(int number, const std::string& path, DWORD access, DWORD disposition, DWORD flags) {
+    if (OpenFiles().contains(number)) Raise(kFileAlreadyOpen);
+    if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
+    constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    HANDLE file = CreateFileW(WideText(path).c_str(), access,
+                              access == GENERIC_READ ? kShare : FILE_SHARE_READ, nullptr,
+                              disposition, flags, nullptr);
+    if (file == INVALID_HANDLE_VALUE) RaiseHostError(GetLastError());
+    // A pipe or a console is no sequence of bytes with places in it.
+    if (GetFileType(file) != FILE_TYPE_DISK) {
+        CloseHandle(file);
+        Raise(kPathFileAccessError);
+    }
+    return file;
+}
+
+bool Identity(HANDLE file, BY_HANDLE_FILE_INFORMATION& identity) {
+    return GetFileInformationByHandle(file, &identity) != 0;
+}
+
+}  // namespace
+
+void OpenForReading(int number, const std::string& path) {
+    OpenFiles()[number] = Create(number, path, GENERIC_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+}
+
+void OpenForWriting(int number, const std::string& path) {
+    OpenFiles()[number] = Create(number, path, GENERIC_WRITE, CREATE_NEW,
+                                 FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT);
+}
+
+void CloseFile(int number) {
+    const auto file = OpenFiles().find(number);
+    if (file == OpenFiles().end()) return;
+    HANDLE closing = file->second;
+    OpenFiles().erase(file);
+    if (CloseHandle(closing) == 0) RaiseHostError(GetLastError());
+}
+
+void CloseAllFiles() {
+    for (const auto& [number, file] : OpenFiles()) CloseHandle(file);
+    OpenFiles().clear();
+}
+
+bool FileIsOpen(int number) { return OpenFiles().contains(number); }
+
+std::int64_t FileLength(int number) {
+    LARGE_INTEGER size{};
+    if (GetFileSizeEx(HandleOf(number), &size) != 0) return size.QuadPart;
+    // A whole drive has no file size, but the medium has a length.
+    GET_LENGTH_INFORMATION medium{};
+    DWORD got = 0;
+    if (DeviceIoControl(HandleOf(number), IOCTL_DISK_GET_LENGTH_INFO, nullptr, 0, &medium,
+                        sizeof medium, &got, nullptr) == 0) {
+        RaiseHostError(GetLastError());
+    }
+    return medium.Length.QuadPart;
+}
+
+void ReadFile(int number, std::int64_t offset, std::span<Byte> bytes) {
+    HandleOf(number);
+    if (offset < 0 || offset > kLastFileOffset) Raise(kOverflow);
+    if (ReadFileUpTo(number, offset, bytes) < bytes.size()) Raise(kDeviceIoError);
+}
+
+std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes) {
+    std::size_t good = 0;
+    if (FileIsOpen(number) && offset >= 0) {
+        HANDLE file = HandleOf(number);
+        while (good < bytes.size() && offset <= kLastFileOffset) {
+            const auto wanted = static_cast<DWORD>(std::min<std::int64_t>(
+                static_cast<std::int64_t>(bytes.size() - good), kLastFileOffset + 1 - offset));
+            OVERLAPPED place{};
+            place.Offset = static_cast<DWORD>(offset);
+            DWORD count = 0;
+            const bool read = ::ReadFile(file, bytes.data() + good, wanted, &count, &place) != 0;
+            if (!read && GetLastError() != ERROR_HANDLE_EOF) break;
+            // Behind the end of the file there are zeros.
+            if (count == 0) std::fill_n(bytes.data() + good, wanted, Byte{0});
+            const DWORD got = count == 0 ? wanted : count;
+            good += got;
+            offset += got;
+        }
+    }
+    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(good), bytes.end(), Byte{0});
+    return good;
+}
+
+void WriteFile(int number, std::span<const Byte> bytes) {
+    HANDLE file = HandleOf(number);
+    constexpr std::size_t kMostAtOnce = 1 << 30;
+    while (!bytes.empty()) {
+        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+        DWORD count = 0;
+        if (::WriteFile(file, bytes.data(), wanted, &count, nullptr) == 0) {
+            RaiseHostError(GetLastError());
+        }
+        if (count == 0) Raise(kDiskFull);
+        bytes = bytes.subspan(count);
+    }
+}
+
+bool IsOpenFile(int number, const std::string& path) {
+    const auto file = OpenFiles().find(number);
+    if (file == OpenFiles().end()) return false;
+    HANDLE other = CreateFileW(WideText(path).c_str(), 0,
+                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (other == INVALID_HANDLE_VALUE) return false;
+    BY_HANDLE_FILE_INFORMATION one{};
+    BY_HANDLE_FILE_INFORMATION two{};
+    const bool same = Identity(file->second, one) && Identity(other, two) &&
+                      one.dwVolumeSerialNumber == two.dwVolumeSerialNumber &&
+                      one.nFileIndexHigh == two.nFileIndexHigh &&
+                      one.nFileIndexLow == two.nFileIndexLow;
+    CloseHandle(other);
+    return same;
+}
+
+}  // namespace tessel
