@@ -66,7 +66,7 @@ std::string SafePosixName(const std::string& name) {
 
 std::string SafeWindowsName(const std::string& name) {
     std::string safe = Shortened(Replaced(name, "<>:\"/\\|?*"));
-    if (IsDeviceName(safe)) safe.insert(0, "_");
+    if (IsDeviceName(safe)) safe = Shortened("_" + safe);
     // A closing blank or point would be dropped, and another file meant.
     for (auto c = safe.rbegin(); c != safe.rend() && (*c == ' ' || *c == '.'); ++c) *c = '_';
     return NotEmptyNorDots(safe);

@@ -18,16 +18,28 @@ Cases(F...) -> Cases<F...>;
 }  // namespace
 
 void TextDisplay::LiteralText::Append(std::string_view text) {
-    const std::size_t old = Text.size();
-    Text += text;
     // A CR that closed the text so far may now be the first half of a CR LF.
-    if (old > 0 && Text[old - 1] == '\r' && !text.empty() && text[0] == '\n') {
-        LineStarts.pop_back();
-    }
-    for (std::size_t i = old; i < Text.size(); ++i) {
-        const bool pairEnds = Text[i] == '\n';
-        const bool aloneCr = Text[i] == '\r' && (i + 1 == Text.size() || Text[i + 1] != '\n');
-        if (pairEnds || aloneCr) LineStarts.push_back(static_cast<TextOffset>(i + 1));
+    if (Text.ends_with('\r') && text.starts_with('\n')) LineStarts.pop_back();
+    Text += text;
+    AddLineStarts(Text.size() - text.size());
+}
+
+void TextDisplay::LiteralText::AddLineStarts(std::size_t from) {
+    std::string_view rest = std::string_view(Text).substr(from);
+    const auto behind = [this, &rest](std::size_t at) {
+        const std::size_t start = Text.size() - rest.size();
+        LineStarts.push_back(static_cast<TextOffset>(start + at + 1));
+    };
+    while (!rest.empty()) {
+        const std::size_t lf = std::min(rest.find('\n'), rest.size());
+        const std::string_view line = rest.substr(0, lf);
+        for (std::size_t cr = line.find('\r'); cr != line.npos; cr = line.find('\r', cr + 1)) {
+            const bool pair = cr + 1 == lf && lf < rest.size();
+            if (!pair) behind(cr);
+        }
+        if (lf == rest.size()) break;
+        behind(lf);
+        rest.remove_prefix(lf + 1);
     }
 }
 
@@ -82,8 +94,9 @@ void TextDisplay::Replace(std::string text) {
     ++Generations;
     Pieces.clear();
     if (!text.empty()) {
-        AddPiece(LiteralText{});
-        std::get<LiteralText>(Pieces.back().Content).Append(text);
+        LiteralText literal{.Text = std::move(text), .LineStarts = {}};
+        literal.AddLineStarts(0);
+        AddPiece(std::move(literal));
     }
     Notify();
 }

@@ -76,6 +76,7 @@ class TextDisplay {
         std::string Text{};
         std::vector<TextOffset> LineStarts{};  // behind each line break
         void Append(std::string_view text);
+        void AddLineStarts(std::size_t from);
     };
     struct Piece {
         std::variant<LiteralText, GeneratedText> Content;

@@ -1,7 +1,9 @@
 #include "reports/dumps.h"
 
+#include <algorithm>
 #include <array>
 
+#include "util/byteCells.h"
 #include "util/modUtility.h"
 #include "volume/bootSector.h"
 #include "volume/fatEntries.h"
@@ -13,30 +15,23 @@ namespace {
 constexpr std::size_t kPerRow = 16;
 constexpr Long kEntriesPerRow = 16;
 
-/// "HH " of every byte value, so that a row is put together by copying.
-const std::array<std::string, 256>& ByteCells() {
-    static const auto cells = [] {
-        std::array<std::string, 256> made;
-        for (std::size_t i = 0; i < made.size(); ++i) made[i] = Hex2(static_cast<Long>(i)) + " ";
-        return made;
-    }();
-    return cells;
-}
-
 std::string Dump(const std::string& title, ByteBuffer bytes) {
-    constexpr std::size_t kRowLength = 76;
-    std::string text = title + "\r\n";
-    text.reserve(text.size() + (bytes.size() / kPerRow + 2) * kRowLength);
-    std::string characters;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i % kPerRow == 0) {
-            text += characters + "\r\n" + Hex8(static_cast<Long>(i)) + "  ";
-            characters.clear();
-        }
-        characters += ByteToChar(bytes[i]);
-        text += ByteCells()[bytes[i]];
+    std::string text;
+    constexpr std::size_t kRowLength = 2 + 8 + 2 + 3 * kPerRow + kPerRow;
+    text.reserve(title.size() + (bytes.size() / kPerRow + 3) * kRowLength);
+    text += title + "\r\n";
+    for (std::size_t i = 0; i < bytes.size(); i += kPerRow) {
+        const ByteBuffer row = bytes.subspan(i, std::min(kPerRow, bytes.size() - i));
+        text += "\r\n" + Hex8(static_cast<Long>(i)) + "  ";
+        std::array<char, 4 * kPerRow> line;
+        char* to = line.data();
+        for (const Byte byte : row) to = std::copy_n(kByteCells[byte].data() + 1, 3, to);
+        for (const Byte byte : row) *to++ = kByteCharacters[byte];
+        text.append(line.data(), to);
     }
-    return text + characters + "\r\n\r\n";
+    // The first row opens a line of its own, and so does what stands behind the last.
+    text += "\r\n\r\n";
+    return text;
 }
 
 }  // namespace

@@ -30,7 +30,8 @@ ClusterChain::ClusterChain(Long firstCluster) : PerCluster(ClusterBytes()) {
         Add(cluster);
         cluster = NextCluster(cluster);
     } while (cluster != FatEndMark && !visited[static_cast<std::size_t>(cluster)]);
-    if (cluster == FatEndMark) return;
+    // Clusters without bytes make no loop that anybody could go round.
+    if (cluster == FatEndMark || PerCluster == 0) return;
 
     // The chain comes back to a cluster that it holds: the run there is cut in two, so that the
     // loop begins with a run.

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "util/modUtility.h"
+#include "util/byteCells.h"
 
 namespace tessel {
 namespace {
@@ -18,22 +18,6 @@ constexpr std::int64_t kBytesAtOnce = 64 * 1024;
 
 std::int64_t HeadLength(Long cluster) { return kHeadWithoutDecimal + (cluster < 10000 ? 4 : 5); }
 
-/// " HH" for every byte value; four characters each so that a copy is one move.
-constexpr auto kCells = [] {
-    std::array<std::array<char, 4>, 256> cells{};
-    constexpr char digits[] = "0123456789ABCDEF";
-    for (std::size_t i = 0; i < 256; ++i) cells[i] = {' ', digits[i >> 4], digits[i & 15], ' '};
-    return cells;
-}();
-
-constexpr auto kCharacters = [] {
-    std::array<char, 256> characters{};
-    for (std::size_t i = 0; i < 256; ++i) {
-        characters[i] = i >= 32 && i <= 126 ? static_cast<char>(i) : '.';
-    }
-    return characters;
-}();
-
 /// The two decimal digits of 0 to 99.
 constexpr auto kPairs = [] {
     std::array<std::array<char, 2>, 100> pairs{};
@@ -44,7 +28,7 @@ constexpr auto kPairs = [] {
 }();
 
 char* PutHex2(char* to, std::uint32_t value) {
-    std::memcpy(to, kCells[value & 255].data() + 1, 2);
+    std::memcpy(to, kByteCells[value & 255].data() + 1, 2);
     return to + 2;
 }
 
@@ -138,12 +122,12 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
         const auto line = bytes.first(std::min<std::size_t>(kLineBytes, bytes.size()));
         to = PutHead(to, at.Cluster, at.InCluster);
         for (const Byte byte : line) {
-            std::memcpy(to, kCells[byte].data(), 4);
+            std::memcpy(to, kByteCells[byte].data(), 4);
             to += 3;
         }
         if (line.size() == kLineBytes) {
             *to++ = ' ';
-            for (const Byte byte : line) *to++ = kCharacters[byte];
+            for (const Byte byte : line) *to++ = kByteCharacters[byte];
             *to++ = '\r';
             *to++ = '\n';
         }
