@@ -1,0 +1,27 @@
+#include <QApplication>
+#include <QIcon>
+
+#include "app/formTessel.h"
+#include "platform/qt/hostDesk.h"
+#include "platform/qt/mainScreen.h"
+
+int main(int argc, char* argv[]) {
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("Tessel");
+    QCoreApplication::setApplicationName("Tessel");
+    QCoreApplication::setApplicationVersion(tessel::ProgramVersion());
+    QGuiApplication::setDesktopFileName("tessel");
+    QApplication::setWindowIcon(QIcon(":/tessel.svg"));
+
+    tessel::FillHost();
+    tessel::formTessel form;
+    tessel::MainScreen screen(form);
+    tessel::TheHost.ShowModal = [&screen](tessel::Window&) { screen.ShowChooser(); };
+    form.Form_Load();
+    screen.show();
+    const int status = QApplication::exec();
+    form.Form_Unload();
+    return status;
+}

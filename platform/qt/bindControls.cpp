@@ -1,0 +1,219 @@
+#include "platform/qt/bindControls.h"
+
+#include <QFontMetrics>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QRadioButton>
+
+namespace tessel {
+namespace {
+
+constexpr int kCaptionPixels = 11;
+constexpr int kLeastCaptionPixels = 8;
+constexpr int kMarkPixels = 12;  // of an option button, which is 13 high
+constexpr int kMarkSpacing = 4;
+
+/// One line of plain text: whatever an image named something, it is neither markup nor a key.
+class LabelView : public QLabel {
+  public:
+    LabelView(Label& label, QWidget* parent) : QLabel(parent), Record(label) {
+        setTextFormat(Qt::PlainText);
+    }
+
+    void Follow(const std::string& caption) {
+        QString text = ToQt(caption);
+        for (QChar& unit : text) {
+            if (unit.category() == QChar::Other_Control) unit = u' ';
+        }
+        setText(text);
+        setAccessibleName(text);
+        const bool fits = fontMetrics().horizontalAdvance(text) <= width();
+        setToolTip(fits ? QString()
+                        : "<span style='white-space:pre'>" + text.toHtmlEscaped() + "</span>");
+    }
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        painter.setPen(Ink());
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
+                         fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+    }
+
+  private:
+    QColor Ink() const {
+        if (Record.Colour == TextColour::kBlack) return palette().color(QPalette::WindowText);
+        const bool dark = palette().color(QPalette::Window).lightness() < 128;
+        return dark ? QColor(110, 170, 255) : QColor(0, 0, 255);
+    }
+
+    Label& Record;
+};
+
+/// A frame whose line runs at half the height of its caption, whatever the desktop's style: so it
+/// keeps clear of the controls inside.
+class FrameView : public QGroupBox {
+  public:
+    using QGroupBox::QGroupBox;
+
+  protected:
+    void paintEvent(QPaintEvent*) override {
+        constexpr int kIndent = 8;
+        const QRect caption(kIndent, 0, fontMetrics().horizontalAdvance(title()) + 6,
+                            fontMetrics().height());
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.drawText(caption, Qt::AlignCenter, title());
+        painter.setClipRegion(QRegion(rect()).subtracted(caption));
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawRoundedRect(rect().adjusted(0, caption.center().y(), -1, -1), 2, 2);
+    }
+};
+
+/// The desktop's style with marks that fit into the option buttons' places.
+class OptionStyle : public QProxyStyle {
+  public:
+    explicit OptionStyle(QObject* parent) { setParent(parent); }
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        switch (metric) {
+            case PM_ExclusiveIndicatorWidth:
+            case PM_ExclusiveIndicatorHeight:
+                return kMarkPixels;
+            case PM_RadioButtonLabelSpacing:
+                return kMarkSpacing;
+            default:
+                return QProxyStyle::pixelMetric(metric, option, widget);
+        }
+    }
+};
+
+}  // namespace
+
+QString ToQt(const std::string& text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QRect ToPixels(const Place& place) {
+    return {place.Left / kTwipsPerPixel, place.Top / kTwipsPerPixel, place.Width / kTwipsPerPixel,
+            place.Height / kTwipsPerPixel};
+}
+
+QFont CaptionFont(const QString& caption, int room) {
+    QFont font;
+    font.setFamilies({"Arial", "Liberation Sans", "Helvetica", font.family()});
+    font.setStyleHint(QFont::SansSerif);
+    int pixels = kCaptionPixels;
+    font.setPixelSize(pixels);
+    while (pixels > kLeastCaptionPixels && QFontMetrics(font).horizontalAdvance(caption) > room) {
+        font.setPixelSize(--pixels);
+    }
+    return font;
+}
+
+void FocusReturn::SetEnabled(QWidget& widget, bool enabled) {
+    if (!enabled && !Lost && widget.window()->focusWidget() == &widget) Lost = &widget;
+    widget.setEnabled(enabled);
+    if (enabled && Lost == &widget) {
+        Lost = nullptr;
+        widget.setFocus(Qt::OtherFocusReason);
+    }
+}
+
+void EnterButton::keyPressEvent(QKeyEvent* event) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!enter) {
+        QPushButton::keyPressEvent(event);
+    } else if (!event->isAutoRepeat()) {
+        click();
+    }
+}
+
+QWidget* BindFrame(const Frame& frame, QWidget* parent) {
+    auto* box = new FrameView(ToQt(frame.Caption), parent);
+    box->setFont(CaptionFont());
+    box->setGeometry(ToPixels(frame.At));
+    return box;
+}
+
+QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent) {
+    auto* view = new LabelView(label, parent);
+    view->setFont(CaptionFont());
+    view->setGeometry(ToPixels(label.At));
+    view->setAccessibleDescription(meaning);
+    label.Caption.Observe([view](const std::string& caption) { view->Follow(caption); });
+    label.Colour.Observe([view](TextColour) { view->update(); });
+    return view;
+}
+
+EnterButton* BindButton(Button& button, QWidget* parent) {
+    const QString caption = ToQt(button.Caption);
+    auto* view = new EnterButton(caption, parent);
+    view->setGeometry(ToPixels(button.At));
+    view->setFont(CaptionFont(caption, view->width() - 6));
+    view->setAutoDefault(false);
+    QObject::connect(view, &QPushButton::clicked, view, [&button] { button.Press(); });
+    button.Enabled.Observe([view](bool enabled) { view->setEnabled(enabled); });
+    return view;
+}
+
+QRadioButton* BindOptionButton(OptionButton& option, QWidget* parent) {
+    const QString caption = ToQt(option.Caption);
+    auto* view = new QRadioButton(caption, parent);
+    view->setGeometry(ToPixels(option.At));
+    view->setStyle(new OptionStyle(view));
+    view->setFont(CaptionFont(caption, view->width() - kMarkPixels - kMarkSpacing));
+    // The record keeps its group; so each button is a stop of its own on the way of the Tab key.
+    view->setAutoExclusive(false);
+    QObject::connect(view, &QRadioButton::clicked, view, [&option, view] {
+        view->setChecked(option.Value);  // a second click has just unchecked it
+        option.Press();
+    });
+    option.Value.Observe([view](bool value) { view->setChecked(value); });
+    option.Enabled.Observe([view](bool enabled) { view->setEnabled(enabled); });
+    return view;
+}
+
+QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent) {
+    auto* view = new QLineEdit(parent);
+    view->setGeometry(ToPixels(box.At));
+    view->setFont(CaptionFont());
+    view->setAccessibleName(meaning);
+    box.Text.Observe([view](const std::string& text) {
+        // What a person types comes back here and must not move the caret.
+        if (view->text() != ToQt(text)) view->setText(ToQt(text));
+    });
+    QObject::connect(view, &QLineEdit::textEdited, view,
+                     [&box](const QString& text) { box.Text = text.toStdString(); });
+    return view;
+}
+
+void BindMenu(Menu& menu, QMenuBar& bar) {
+    QMenu* view = bar.addMenu(ToQt(menu.Caption));
+    QObject::connect(view, &QMenu::aboutToShow, view, [&menu] { RaiseEvent(menu.Click); });
+    for (MenuEntry& entry : menu.Entries) {
+        if (entry.IsSeparator()) {
+            view->addSeparator();
+            continue;
+        }
+        QAction* action = view->addAction(ToQt(entry.Caption));
+        action->setMenuRole(QAction::NoRole);
+        QObject::connect(action, &QAction::triggered, action, [&entry] { entry.Press(); });
+        entry.Enabled.Observe([action](bool enabled) { action->setEnabled(enabled); });
+    }
+}
+
+void BindCaption(Window& window, QWidget& widget) {
+    window.Caption.Observe([&widget](const std::string& caption) {
+        // "[*]" in a path is no mark of a modified document; doubled, it stands for itself.
+        widget.setWindowTitle(ToQt(caption).replace("[*]", "[*][*]"));
+    });
+}
+
+}  // namespace tessel

@@ -1,0 +1,278 @@
+#include "platform/qt/bindLists.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QStyle>
+
+#include "platform/hostFiles.h"
+#include "platform/qt/bindControls.h"
+#include "platform/qt/displayFont.h"
+
+namespace tessel {
+namespace {
+
+bool IsEnter(const QKeyEvent* event) {
+    return event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+}
+
+/// `path` and the folders above it, the topmost first.
+QStringList StepsTo(const QString& path) {
+    QStringList steps;
+    for (QString step = QDir::cleanPath(path);; step = QFileInfo(step).path()) {
+        steps.prepend(step);
+        if (QDir(step).isRoot() || QFileInfo(step).path() == step) return steps;
+    }
+}
+
+void AddFolder(QTreeWidgetItem& item, const QString& path, const QIcon& icon) {
+    const QString name = QDir(path).isRoot() ? path : QFileInfo(path).fileName();
+    item.setText(0, QDir::toNativeSeparators(name));
+    item.setData(0, Qt::UserRole, path);
+    item.setIcon(0, icon);
+}
+
+}  // namespace
+
+// --- Lines.
+// ----------------------------------------------------------------------------------------
+
+void ListLines::Refresh() {
+    beginResetModel();
+    Rows = List.Count();
+    endResetModel();
+}
+
+int ListLines::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : Rows; }
+
+QVariant ListLines::data(const QModelIndex& index, int role) const {
+    // The record may have fewer lines by now.
+    if (role != Qt::DisplayRole || index.row() >= List.Count()) return {};
+    return ToQt(List.Text(index.row()));
+}
+
+QModelIndexList ListLines::match(const QModelIndex& start, int, const QVariant& value, int,
+                                 Qt::MatchFlags) const {
+    const QString wanted = value.toString();
+    for (int step = 0; step < Rows; ++step) {
+        const QModelIndex line = index((start.row() + step) % Rows);
+        QString text = data(line, Qt::DisplayRole).toString();
+        if (text.startsWith(u' ') || text.startsWith(u'[')) text.remove(0, 1);
+        if (text.startsWith(wanted, Qt::CaseInsensitive)) return {line};
+    }
+    return {};
+}
+
+ListView::ListView(ListBox& list, QWidget* parent)
+    : QListView(parent), List(list), Lines(new ListLines(list, this)) {
+    setModel(Lines);
+    setUniformItemSizes(true);
+    setEditTriggers(NoEditTriggers);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextElideMode(Qt::ElideNone);
+    FollowLines();
+    List.LinesChanged = [this] { FollowSoon(); };
+    List.SelectionChanged = [this] { FollowSelection(); };
+    // Whatever else moves the current line, a screen reader for one.
+    connect(
+        selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { TakeSelection(); },
+        Qt::QueuedConnection);
+}
+
+void ListView::FollowSoon() {
+    if (Stale) return;
+    Stale = true;
+    QMetaObject::invokeMethod(
+        this, [this] { FollowLines(); }, Qt::QueuedConnection);
+}
+
+void ListView::FollowLines() {
+    Stale = false;
+    Pressed = false;
+    Lines->Refresh();
+    FollowSelection();
+}
+
+void ListView::FollowSelection() {
+    if (Stale) return;
+    const int line = List.ListIndex();
+    if (currentIndex().row() == line && (line < 0 || selectionModel()->isSelected(currentIndex())))
+        return;
+    if (line < 0) {
+        selectionModel()->clear();
+    } else {
+        setCurrentIndex(Lines->index(line));
+    }
+}
+
+void ListView::TakeSelection() {
+    const int line = currentIndex().row();
+    if (Stale || !List.Enabled || line == List.ListIndex() || line < 0) {
+        FollowSelection();
+    } else {
+        List.Select(line);
+    }
+}
+
+int ListView::LineUnder(const QMouseEvent* event) {
+    if (Stale) FollowLines();
+    return indexAt(event->position().toPoint()).row();
+}
+
+void ListView::mousePressEvent(QMouseEvent* event) {
+    const int line = LineUnder(event);
+    if (event->button() != Qt::LeftButton || line < 0) return;
+    Pressed = true;
+    List.ClickLine(line);
+}
+
+void ListView::mouseMoveEvent(QMouseEvent* event) {
+    const int line = LineUnder(event);
+    if (!event->buttons().testFlag(Qt::LeftButton)) Pressed = false;
+    if (Pressed && line >= 0 && List.Enabled) List.Select(line);
+}
+
+void ListView::mouseReleaseEvent(QMouseEvent*) { Pressed = false; }
+
+void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    const int line = LineUnder(event);
+    Pressed = false;
+    if (event->button() != Qt::LeftButton || line < 0 || !List.Enabled) return;
+    if (line == List.ListIndex()) {
+        RaiseEvent(List.DblClick);  // the press before this one was its click
+    } else {
+        List.ClickLine(line);
+    }
+}
+
+void ListView::keyPressEvent(QKeyEvent* event) {
+    if (Stale) FollowLines();
+    const int line = List.ListIndex();
+    if (IsEnter(event)) {
+        if (line >= 0 && !event->isAutoRepeat()) List.DoubleClickLine(line);
+    } else if (event->key() == Qt::Key_Escape) {
+        event->ignore();  // the window's
+    } else if (event->key() == Qt::Key_Space) {
+        if (line >= 0 && !event->isAutoRepeat()) List.ClickLine(line);
+    } else {
+        QListView::keyPressEvent(event);
+        TakeSelection();
+    }
+}
+
+ListView* BindListBox(ListBox& list, const QString& meaning, QWidget* parent) {
+    auto* view = new ListView(list, parent);
+    view->setFont(DisplayFont().Font());
+    view->setAccessibleName(meaning);
+    list.At.Observe([view](const Place& at) { view->setGeometry(ToPixels(at)); });
+    list.Enabled.Observe([view](bool enabled) { view->setEnabled(enabled); });
+    return view;
+}
+
+// --- Folders.
+// --------------------------------------------------------------------------------------
+
+FolderView::FolderView(FolderList& folders, QWidget* parent)
+    : QTreeWidget(parent), Folders(folders) {
+    setHeaderHidden(true);
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setIndentation(12);
+    setAccessibleName("Folder list");
+    Folders.PathChanged = [this] { Follow(); };
+}
+
+void FolderView::Follow() {
+    clear();
+    if (Folders.Path().empty()) return;
+    const QIcon open = style()->standardIcon(QStyle::SP_DirOpenIcon);
+    const QIcon closed = style()->standardIcon(QStyle::SP_DirClosedIcon);
+    const QString path = ToQt(Folders.Path());
+    QTreeWidgetItem* here = invisibleRootItem();
+    for (const QString& step : StepsTo(path)) {
+        auto* item = new QTreeWidgetItem(here);
+        AddFolder(*item, step, open);
+        item->setExpanded(true);
+        here = item;
+    }
+    const QDir folder(path);
+    const auto names = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot,
+                                        QDir::Name | QDir::IgnoreCase | QDir::LocaleAware);
+    QList<QTreeWidgetItem*> items;
+    for (const QString& name : names) {
+        items.append(new QTreeWidgetItem);
+        AddFolder(*items.last(), folder.absoluteFilePath(name), closed);
+    }
+    here->addChildren(items);
+    here->setExpanded(true);
+    setCurrentItem(here);
+    scrollToItem(here, PositionAtTop);
+}
+
+void FolderView::Enter(const QTreeWidgetItem* item) {
+    if (item == nullptr) return;
+    const QString path = item->data(0, Qt::UserRole).toString();
+    // One that can be seen but neither be listed nor be entered stays shut.
+    if (!QFileInfo(path).isReadable() || !QFileInfo::exists(path + "/.")) return;
+    try {
+        Folders.SetPath(QDir::toNativeSeparators(path).toStdString());
+    } catch (const RuntimeError&) {
+        Follow();  // it has gone
+    }
+}
+
+void FolderView::mousePressEvent(QMouseEvent* event) {
+    QTreeWidgetItem* item = itemAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && item != nullptr) setCurrentItem(item);
+}
+
+void FolderView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton) Enter(itemAt(event->position().toPoint()));
+}
+
+void FolderView::keyPressEvent(QKeyEvent* event) {
+    if (IsEnter(event)) {
+        if (!event->isAutoRepeat()) Enter(currentItem());
+    } else if (event->key() == Qt::Key_Escape) {
+        event->ignore();  // the window's
+    } else {
+        QTreeWidget::keyPressEvent(event);
+    }
+}
+
+FolderView* BindFolderList(FolderList& folders, QWidget* parent) {
+    auto* view = new FolderView(folders, parent);
+    view->setGeometry(ToPixels(folders.At));
+    view->setFont(CaptionFont());
+    return view;
+}
+
+QComboBox* BindDriveList(DriveList& drives, QWidget* parent) {
+    auto* view = new QComboBox(parent);
+    view->setGeometry(ToPixels(drives.At));
+    view->setFont(CaptionFont());
+    view->setAccessibleName("Drive list");
+    const auto follow = [&drives, view] {
+        view->setCurrentIndex(view->findText(ToQt(drives.Drive())));
+    };
+    drives.DriveChanged = follow;
+    QObject::connect(view, &QComboBox::activated, view, [&drives, view, follow](int line) {
+        try {
+            drives.SetDrive(view->itemText(line).toStdString());
+        } catch (const RuntimeError&) {
+            follow();  // a drive that cannot be read: the previous one stays
+        }
+    });
+    return view;
+}
+
+void FillDriveList(const DriveList& drives, QComboBox& view) {
+    view.clear();
+    for (const std::string& drive : HostDrives()) view.addItem(ToQt(drive));
+    view.setCurrentIndex(view.findText(ToQt(drives.Drive())));
+}
+
+}  // namespace tessel

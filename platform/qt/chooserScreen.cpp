@@ -1,0 +1,89 @@
+#include "platform/qt/chooserScreen.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+
+#include "dialogs/dialogGetDirectory.h"
+#include "platform/qt/bindControls.h"
+#include "platform/qt/bindLists.h"
+#include "platform/qt/hostDesk.h"
+
+namespace tessel {
+namespace {
+
+/// A stored position in logical pixels; it may have been any number.
+int ToPixel(float twips) {
+    constexpr float kFarthest = 100000;
+    if (!std::isfinite(twips)) return 0;
+    return static_cast<int>(std::clamp(twips / kTwipsPerPixel, -kFarthest, kFarthest));
+}
+
+/// The place nearest to `wanted` at which a window of this size lies on a screen.
+QPoint OnScreen(QPoint wanted, QSize size) {
+    const QScreen* screen = QGuiApplication::screenAt(wanted);
+    if (screen == nullptr) screen = QGuiApplication::primaryScreen();
+    const QRect room = screen->availableGeometry();
+    return {std::max(room.left(), std::min(wanted.x(), room.right() + 1 - size.width())),
+            std::max(room.top(), std::min(wanted.y(), room.bottom() + 1 - size.height()))};
+}
+
+}  // namespace
+
+ChooserScreen::ChooserScreen(dialogGetDirectory& chooser, QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                          Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
+                          Qt::MSWindowsFixedSizeDialogHint),
+      Chooser(chooser) {
+    setFixedSize(chooser.Form.ScaleWidth / kTwipsPerPixel,
+                 chooser.Form.ScaleHeight / kTwipsPerPixel);
+    BindCaption(chooser.Form, *this);
+    // Made in the order of the Tab key.
+    BindButton(chooser.OKButton, this);
+    BindButton(chooser.CancelButton, this);
+    Drives = BindDriveList(chooser.driveDriveBox, this);
+    Folders = BindFolderList(chooser.dirDirBox, this);
+    BindTextBox(chooser.txtDirName, "Folder", this);
+    chooser.Form.Visible.Observe([this](bool visible) {
+        if (!visible && isVisible()) done(0);
+    });
+}
+
+void ChooserScreen::ShowModal() {
+    const PointerPause pause;
+    FillDriveList(Chooser.driveDriveBox, *Drives);
+    Folders->Follow();
+    move(OnScreen({ToPixel(Chooser.Form.Left), ToPixel(Chooser.Form.Top)}, size()));
+    Chooser.Form.Visible = true;
+    exec();
+    Chooser.Form.Visible = false;  // also when the program ends meanwhile
+}
+
+void ChooserScreen::closeEvent(QCloseEvent* event) {
+    event->ignore();  // the record hides the window
+    RaiseEvent(Chooser.Form.CloseBox);
+}
+
+void ChooserScreen::TakePlace() {
+    if (!isVisible() || !Chooser.Form.Normal) return;
+    Chooser.Form.Left = static_cast<float>(x() * kTwipsPerPixel);
+    Chooser.Form.Top = static_cast<float>(y() * kTwipsPerPixel);
+}
+
+void ChooserScreen::moveEvent(QMoveEvent* event) {
+    QDialog::moveEvent(event);
+    TakePlace();
+}
+
+void ChooserScreen::changeEvent(QEvent* event) {
+    QDialog::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) {
+        Chooser.Form.Normal = !isMinimized() && !isMaximized() && !isFullScreen();
+    }
+}
+
+}  // namespace tessel

@@ -1,0 +1,187 @@
+#include "platform/qt/displayFind.h"
+
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QStyle>
+#include <QToolButton>
+
+namespace tessel {
+namespace {
+
+/// A turn of a search ends after so many steps, or when this many milliseconds have passed.
+constexpr int kStepsATurn = 4;
+constexpr int kTurn = 10;
+
+QToolButton* AddButton(QHBoxLayout* row, const QString& caption, const QString& tip) {
+    auto* button = new QToolButton;
+    button->setText(caption);
+    button->setToolTip(tip);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::TabFocus);
+    row->addWidget(button);
+    return button;
+}
+
+}  // namespace
+
+FindLine::FindLine(const TextDisplay& text, View view, QWidget* parent)
+    : QWidget(parent),
+      Text(text),
+      Asked(std::move(view)),
+      Field(new QLineEdit),
+      Case(new QCheckBox(QStringLiteral("Match case"))),
+      Words(new QLabel) {
+    setAutoFillBackground(true);
+    setCursor(Qt::ArrowCursor);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(4, 2, 4, 2);
+    row->setSpacing(4);
+
+    Field->setObjectName(QStringLiteral("findField"));
+    Field->setPlaceholderText(QStringLiteral("Find"));
+    Field->setAccessibleName(QStringLiteral("Find"));
+    Field->setMaxLength(1000);
+    Field->setMinimumWidth(60);
+    row->addWidget(Field, 1);
+    auto* next =
+        AddButton(row, QStringLiteral("Next"), QStringLiteral("Find the next one (Enter or F3)"));
+    auto* previous = AddButton(row, QStringLiteral("Previous"),
+                               QStringLiteral("Find the previous one (Shift+Enter or Shift+F3)"));
+    row->addWidget(Case);
+    Words->setObjectName(QStringLiteral("findStatus"));
+    row->addWidget(Words);
+    auto* close = AddButton(row, QString(), QStringLiteral("Close the find line (Esc)"));
+    close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
+    close->setAccessibleName(QStringLiteral("Close the find line"));
+
+    Turn.setInterval(0);
+    connect(&Turn, &QTimer::timeout, this, [this] { Step(); });
+    connect(Field, &QLineEdit::textEdited, this, [this] { GiveUp(); });
+    connect(Case, &QCheckBox::toggled, this, [this] { GiveUp(); });
+    connect(next, &QToolButton::clicked, this, [this] { Search(false); });
+    connect(previous, &QToolButton::clicked, this, [this] { Search(true); });
+    connect(close, &QToolButton::clicked, this, [this] { Close(); });
+}
+
+void FindLine::Ask(const QString& wanted) {
+    if (!wanted.isEmpty()) {
+        GiveUp();
+        Field->setText(wanted);
+    }
+    Field->selectAll();
+    Field->setFocus(Qt::ShortcutFocusReason);
+}
+
+QString FindLine::Wanted() const { return Field->text(); }
+
+void FindLine::Close() {
+    GiveUp();
+    hide();
+    Asked.Closed();
+}
+
+void FindLine::Search(bool backwards) {
+    if (Field->text().isEmpty()) return;
+    SearchWish wish{Field->text().toStdString(), Case->isChecked(), backwards};
+    if (Running && Running->Wish() == wish) return;  // it is on its way
+    const TextRange selected = Asked.Selected();
+    const TextOffset from = backwards ? selected.From : selected.To;
+    Running.emplace(Text, std::move(wish), from);
+    Say(QString());
+    Turn.start();
+}
+
+void FindLine::GiveUp() {
+    Turn.stop();
+    Running.reset();
+    Say(QString());
+}
+
+QString FindLine::Status() const { return Words->text(); }
+
+void FindLine::Step() {
+    if (!Running || Running->IsOutdated()) {
+        GiveUp();
+        return;
+    }
+    QElapsedTimer turn;
+    turn.start();
+    auto state = TextSearch::State::kGoing;
+    for (int i = 0; i < kStepsATurn && state == TextSearch::State::kGoing; ++i) {
+        if (turn.elapsed() >= kTurn) break;
+        state = Running->Step();
+    }
+    if (state == TextSearch::State::kGoing) {
+        const QString words = QStringLiteral("Searching… %1 %").arg(Running->Percent());
+        if (words != Words->text()) Say(words);
+        return;
+    }
+    const TextSearch answered = *Running;
+    Turn.stop();
+    Running.reset();
+    if (state == TextSearch::State::kNone) {
+        Say(QStringLiteral("No match"), true);
+        return;
+    }
+    if (!answered.Wrapped()) {
+        Say(QString());
+    } else {
+        Say(answered.Wish().Backwards ? QStringLiteral("Went on from the end")
+                                      : QStringLiteral("Went on from the top"));
+    }
+    Asked.ShowFound({answered.Hit(), answered.Hit() + answered.HitSize()});
+}
+
+void FindLine::Say(const QString& words, bool failed) {
+    QPalette colours;
+    if (failed) {
+        const bool dark = palette().color(QPalette::Window).lightness() < 128;
+        colours = palette();
+        colours.setColor(QPalette::WindowText, dark ? QColor(255, 130, 120) : QColor(170, 0, 0));
+    }
+    Words->setPalette(colours);
+    Words->setText(words);
+}
+
+bool FindLine::event(QEvent* event) {
+    // Elsewhere Esc belongs to the window; here it closes the line, also when the window has made a
+    // shortcut of it.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Escape || key == Qt::Key_F3) {
+            event->accept();
+            return true;
+        }
+    }
+    return QWidget::event(event);
+}
+
+void FindLine::keyPressEvent(QKeyEvent* event) {
+    const bool shift = event->modifiers().testFlag(Qt::ShiftModifier);
+    switch (event->key()) {
+        case Qt::Key_Escape:
+            Close();
+            break;
+        case Qt::Key_F3:
+            Search(shift);
+            break;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (auto* button = qobject_cast<QToolButton*>(focusWidget())) {
+                button->click();
+            } else {
+                Search(shift);
+            }
+            break;
+        default:
+            break;
+    }
+    // What the field has no use for must not move about in the text below it.
+    event->accept();
+}
+
+}  // namespace tessel

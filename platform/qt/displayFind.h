@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+#include "platform/qt/displaySearch.h"
+#include "platform/qt/displaySelection.h"
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+
+namespace tessel {
+
+/// The line below the display in which a person searches its text. A search runs in steps between
+/// events, and ends when it is answered, when another is begun, or when it is given up.
+class FindLine : public QWidget {
+  public:
+    /// What the line asks of the view that it belongs to.
+    struct View {
+        std::function<TextRange()> Selected;       ///< the selection, or the caret as an empty one
+        std::function<void(TextRange)> ShowFound;  ///< select a hit and bring it into sight
+        std::function<void()> Closed;              ///< the line was closed: take the focus back
+    };
+
+    FindLine(const TextDisplay& text, View view, QWidget* parent);
+
+    /// Puts `wanted` into the field, unless that is empty, and the focus there.
+    void Ask(const QString& wanted);
+    /// What the field holds.
+    QString Wanted() const;
+    void Close();
+    /// Searches on for what the field holds; does nothing when that is nothing.
+    void Search(bool backwards);
+    /// Ends a search that has not been answered yet, and takes back what was said about the last.
+    void GiveUp();
+
+    bool IsSearching() const { return Running.has_value(); }
+    QString Status() const;
+
+  protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void Step();
+    void Say(const QString& words, bool failed = false);
+
+    const TextDisplay& Text;
+    View Asked;
+    QLineEdit* Field;
+    QCheckBox* Case;
+    QLabel* Words;
+    QTimer Turn;
+    std::optional<TextSearch> Running;
+};
+
+}  // namespace tessel

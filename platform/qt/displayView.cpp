@@ -1,0 +1,310 @@
+#include "platform/qt/displayView.h"
+
+#include <QApplication>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyleHints>
+#include <algorithm>
+
+#include "platform/qt/displayAccessible.h"
+
+namespace tessel {
+namespace {
+
+/// Between the frame and the text, in logical pixels.
+constexpr int kMargin = 3;
+/// The screen follows a growing text no more often than this, in milliseconds.
+constexpr int kFollowPause = 16;
+constexpr int kCaretWidth = 1;
+/// What is out of sight is no further away than this, in cells: pixels are counted in int.
+constexpr std::int64_t kFarAway = 100'000;
+
+int FloorDivide(int value, int by) { return value >= 0 ? value / by : -((by - 1 - value) / by); }
+
+}  // namespace
+
+int DisplayWindow::UnitOf(TextOffset at) const {
+    const auto found = std::lower_bound(Places.begin(), Places.end(), at);
+    return static_cast<int>(std::min(found - Places.begin(), std::ssize(Places) - 1));
+}
+
+DisplayView::DisplayView(DisplayBox& box, QWidget* parent)
+    : QAbstractScrollArea(parent),
+      Box(box),
+      Down(verticalScrollBar(), [this] { ForgetSight(); }),
+      Across(horizontalScrollBar(), [this] { ForgetSight(); }),
+      Selection(box.Text),
+      Find(new FindLine(
+          box.Text,
+          {[this] {
+               Sync();
+               return Selection.Range();
+           },
+           [this](TextRange hit) { Select(hit.From, hit.To); }, [this] { FindClosed(); }},
+          this)),
+      SeenGeneration(box.Text.Generation()) {
+    AnswerScreenReaders();
+    setAccessibleName(QStringLiteral("Display"));
+    setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    setFocusPolicy(Qt::StrongFocus);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    viewport()->setCursor(Qt::IBeamCursor);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
+    Find->hide();
+
+    FollowTimer.setSingleShot(true);
+    connect(&FollowTimer, &QTimer::timeout, this, [this] { Follow(); });
+    connect(&Blink, &QTimer::timeout, this, [this] { ShowCaret(!CaretOn); });
+    DragTimer.setInterval(30);
+    connect(&DragTimer, &QTimer::timeout, this, [this] { DragOn(); });
+    Box.Text.Changed = [this] { FollowSoon(); };
+    Sync();
+}
+
+DisplayView::~DisplayView() { Box.Text.Changed = nullptr; }
+
+// --- Following the text. ------------------------------------------------------------------------
+
+void DisplayView::FollowSoon() {
+    Stale = true;
+    if (FollowTimer.isActive()) return;
+    // The first change is shown with the next events; a stream of them, in step with the screen.
+    const qint64 passed = SinceFollow.isValid() ? SinceFollow.elapsed() : kFollowPause;
+    FollowTimer.start(static_cast<int>(std::clamp<qint64>(kFollowPause - passed, 0, kFollowPause)));
+}
+
+void DisplayView::Follow() {
+    SinceFollow.start();
+    Sync();
+    Sight();
+    UpdateBars();
+    TellOfSight(*this);
+}
+
+void DisplayView::Sync() {
+    if (!Stale) return;
+    Stale = false;
+    Rules = Font.Rules(Box.Text.TabStops);
+    const std::int64_t lines = Box.Text.LineCount();
+    const bool replaced = Box.Text.Generation() != SeenGeneration;
+    if (replaced) {
+        SeenGeneration = Box.Text.Generation();
+        Selection.Select(0, 0);
+        Dragging = false;
+        DragTimer.stop();
+        Find->GiveUp();
+        Widest = 0;
+        Down.MoveTo(0);
+        Across.MoveTo(0);
+    }
+    Selection.Clamp();
+    // Text that is added below what is in sight changes the scroll bar alone.
+    const bool below =
+        !replaced && lines >= SeenLines && !Lines.empty() && Lines.back().Line < SeenLines - 1;
+    SeenLines = lines;
+    if (!below) ForgetSight();
+    UpdateBars();
+}
+
+void DisplayView::UpdateBars() {
+    const int rows = VisibleLineCount();
+    const int columns = VisibleColumnCount();
+    Down.SetRange(SeenLines - rows, rows);
+    // One more column, so that a caret behind the widest line can be seen.
+    Across.SetRange(Widest < columns ? 0 : Widest + 1 - columns, columns);
+}
+
+const std::vector<LineLayout>& DisplayView::Sight() {
+    if (Lines.empty()) {
+        Lines = LayLines(Box.Text, TopLine(), VisibleLineCount() + 1, LeftColumn(),
+                         VisibleColumnCount() + 1, Rules);
+        const std::int64_t before = Widest;
+        for (const LineLayout& line : Lines) Widest = std::max(Widest, line.Columns);
+        // Not here: we may be painting, and a bar that appears resizes the viewport.
+        if (Widest != before && !FollowTimer.isActive()) FollowTimer.start(0);
+    }
+    return Lines;
+}
+
+void DisplayView::ForgetSight() {
+    Lines.clear();
+    viewport()->update();
+    if (ScreenReaderListens() && !FollowTimer.isActive()) FollowTimer.start(kFollowPause);
+}
+
+DisplayWindow DisplayView::InSight() {
+    Sync();
+    DisplayWindow window;
+    const std::int64_t left = LeftColumn();
+    const std::int64_t right = left + VisibleColumnCount() + 1;
+    TextOffset end = 0;
+    for (const LineLayout& line : Sight()) {
+        if (line.Line != Lines.front().Line) {
+            window.Text += u'\n';
+            window.Places.push_back(end);
+        }
+        for (const DisplayCell& cell : line.Cells) {
+            if (cell.Code == U' ') {
+                const std::int64_t from = std::max(cell.Column, left);
+                const std::int64_t to = std::min(cell.Column + cell.Columns, right);
+                window.Text += QString(to - from, u' ');
+            } else {
+                window.Text += QString::fromUcs4(&cell.Code, 1);
+            }
+            window.Places.resize(static_cast<std::size_t>(window.Text.size()), cell.At);
+        }
+        end = line.End;
+    }
+    window.Places.push_back(end);
+    return window;
+}
+
+// --- Measures. ----------------------------------------------------------------------------------
+
+int DisplayView::VisibleLineCount() const {
+    return std::max(1, (viewport()->height() - 2 * kMargin) / Font.LineHeight());
+}
+
+int DisplayView::VisibleColumnCount() const {
+    return std::max(1, (viewport()->width() - 2 * kMargin) / Font.CellWidth());
+}
+
+int DisplayView::LeftOf(std::int64_t column) const {
+    const auto cells = std::clamp<std::int64_t>(column - LeftColumn(), -kFarAway, kFarAway);
+    return kMargin + static_cast<int>(cells) * Font.CellWidth();
+}
+
+int DisplayView::TopOf(std::int64_t line) const {
+    const auto lines = std::clamp<std::int64_t>(line - TopLine(), -kFarAway, kFarAway);
+    return kMargin + static_cast<int>(lines) * Font.LineHeight();
+}
+
+QRect DisplayView::CellRect(TextOffset at) {
+    Sync();
+    const int x = LeftOf(ColumnOf(Box.Text, at, Rules));
+    return {x, TopOf(Box.Text.LineAt(at)), Font.CellWidth(), Font.LineHeight()};
+}
+
+TextOffset DisplayView::PlaceAt(QPoint point, bool inside) {
+    Sync();
+    const int row = FloorDivide(point.y() - kMargin, Font.LineHeight());
+    const int half = inside ? 2 * FloorDivide(point.x() - kMargin, Font.CellWidth())
+                            : FloorDivide(2 * (point.x() - kMargin), Font.CellWidth());
+    return PlaceInLine(Box.Text, TopLine() + row, 2 * LeftColumn() + half, Rules);
+}
+
+void DisplayView::ScrollToLine(std::int64_t line) {
+    Sync();
+    Down.MoveTo(line);
+}
+
+void DisplayView::ScrollToColumn(std::int64_t column) {
+    Sync();
+    Sight();
+    UpdateBars();
+    Across.MoveTo(column);
+}
+
+void DisplayView::SetZoom(int percent) {
+    const int before = Font.Zoom();
+    Font.SetZoom(percent);
+    if (Font.Zoom() == before) return;
+    UpdateBars();
+    ForgetSight();
+}
+
+void DisplayView::resizeEvent(QResizeEvent*) {
+    const QRect text = viewport()->geometry();
+    Find->setGeometry(text.left(), text.bottom() + 1, text.width(), Find->sizeHint().height());
+    UpdateBars();
+    ForgetSight();
+}
+
+void DisplayView::scrollContentsBy(int, int) {
+    Down.FollowBar();
+    Across.FollowBar();
+}
+
+// --- Painting. ----------------------------------------------------------------------------------
+
+void DisplayView::paintEvent(QPaintEvent* event) {
+    QPainter painter(viewport());
+    const bool focused = hasFocus() || Find->isAncestorOf(QApplication::focusWidget());
+    const auto group = !isEnabled() ? QPalette::Disabled
+                       : focused    ? QPalette::Active
+                                    : QPalette::Inactive;
+    painter.fillRect(event->rect(), palette().color(group, QPalette::Base));
+    for (const LineLayout& line : Sight()) {
+        const int top = TopOf(line.Line);
+        if (top > event->rect().bottom()) break;
+        if (top + Font.LineHeight() <= event->rect().top()) continue;
+        PaintLine(painter, line, group);
+    }
+    if (CaretOn) painter.fillRect(CaretRect(), palette().color(group, QPalette::Text));
+    if (hasFocus()) {
+        painter.setPen(palette().color(group, QPalette::Highlight));
+        painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+    }
+}
+
+void DisplayView::PaintLine(QPainter& painter, const LineLayout& line, QPalette::ColorGroup group) {
+    const int top = TopOf(line.Line);
+    const auto selected = Selection.Range();
+    const std::span<const DisplayCell> cells = line.Cells;
+    const auto cellAt = [&](TextOffset at) {
+        const auto found =
+            std::lower_bound(cells.begin(), cells.end(), at,
+                             [](const DisplayCell& c, TextOffset a) { return c.At < a; });
+        return static_cast<std::size_t>(found - cells.begin());
+    };
+    const std::size_t first = cellAt(selected.From);
+    const std::size_t behind = cellAt(selected.To);
+    const QColor highlight = palette().color(group, QPalette::Highlight);
+    if (first < behind) {
+        const int x = LeftOf(cells[first].Column);
+        const int end = LeftOf(cells[behind - 1].Column + cells[behind - 1].Columns);
+        painter.fillRect(x, top, end - x, Font.LineHeight(), highlight);
+    }
+    if (selected.From <= line.End && line.End < selected.To) {  // its line break, too
+        painter.fillRect(LeftOf(line.Columns), top, Font.CellWidth() / 2, Font.LineHeight(),
+                         highlight);
+    }
+    painter.setPen(palette().color(group, QPalette::Text));
+    Font.Paint(painter, cells.first(first), LeftColumn(), kMargin, top);
+    Font.Paint(painter, cells.subspan(behind), LeftColumn(), kMargin, top);
+    painter.setPen(palette().color(group, QPalette::HighlightedText));
+    Font.Paint(painter, cells.subspan(first, behind - first), LeftColumn(), kMargin, top);
+}
+
+QRect DisplayView::CaretRect() {
+    const TextOffset caret = Selection.Caret();
+    const int x = LeftOf(ColumnOf(Box.Text, caret, Rules));
+    // In front of its character, not over it.
+    return {x - 1, TopOf(Box.Text.LineAt(caret)), kCaretWidth, Font.LineHeight()};
+}
+
+void DisplayView::ShowCaret(bool on) {
+    CaretOn = on;
+    viewport()->update(CaretRect());
+}
+
+void DisplayView::changeEvent(QEvent* event) {
+    QAbstractScrollArea::changeEvent(event);
+    viewport()->update();
+}
+
+void DisplayView::focusInEvent(QFocusEvent*) {
+    const int flash = QGuiApplication::styleHints()->cursorFlashTime() / 2;
+    if (flash > 0) Blink.start(flash);
+    CaretOn = true;
+    viewport()->update();
+}
+
+void DisplayView::focusOutEvent(QFocusEvent*) {
+    Blink.stop();
+    CaretOn = false;
+    viewport()->update();
+}
+
+}  // namespace tessel

@@ -1,0 +1,318 @@
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMessageBox>
+#include <algorithm>
+
+#include "platform/qt/displayAccessible.h"
+#include "platform/qt/displayView.h"
+
+/// What a person does to the display by hand: keys, wheel, mouse, clipboard.
+namespace tessel {
+namespace {
+
+/// A selection up to this size, in bytes, is offered to other programs without being asked for.
+constexpr std::int64_t kMostPrimary = 1 << 20;
+/// A selection up to this size goes into the find line.
+constexpr std::int64_t kMostWanted = 100;
+constexpr int kColumnsPerNotch = 6;
+constexpr int kNotch = 120;  // of a wheel, in its eighths of a degree
+constexpr int kZoomStep = 10;
+
+/// How far one turn of the timer scrolls when the pointer is `over` pixels outside: the further,
+/// the faster.
+std::int64_t DragSteps(int position, int size, int cell) {
+    const int over = position < 0 ? position : std::max(position - size + 1, 0);
+    const std::int64_t steps = std::abs(over) / cell + 1;
+    return over == 0 ? 0 : over < 0 ? -steps * steps : steps * steps;
+}
+
+}  // namespace
+
+// --- Keys. --------------------------------------------------------------------------------------
+
+void DisplayView::keyPressEvent(QKeyEvent* event) {
+    Sync();
+    if (RunsCommand(event) || MovesCaret(event)) {
+        event->accept();
+    } else {
+        event->ignore();  // Esc among them, which is the window's
+    }
+}
+
+bool DisplayView::RunsCommand(QKeyEvent* event) {
+    const bool control = event->modifiers().testFlag(Qt::ControlModifier);
+    if (event->matches(QKeySequence::Copy)) {
+        Copy();
+    } else if (event->matches(QKeySequence::SelectAll)) {
+        Selection.Select(0, Box.Text.Size());
+        SelectionMoved(false);
+    } else if (event->matches(QKeySequence::Find)) {
+        ShowFind();
+    } else if (event->key() == Qt::Key_F3) {
+        if (Find->Wanted().isEmpty()) {
+            ShowFind();
+        } else {
+            RoomForFind();
+            Find->Search(event->modifiers().testFlag(Qt::ShiftModifier));
+        }
+    } else if (control && (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Equal)) {
+        SetZoom(Font.Zoom() + kZoomStep);
+    } else if (control && event->key() == Qt::Key_Minus) {
+        SetZoom(Font.Zoom() - kZoomStep);
+    } else if (control && event->key() == Qt::Key_0) {
+        SetZoom(100);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool DisplayView::MovesCaret(QKeyEvent* event) {
+    using Move = DisplaySelection::Move;
+    const auto others = Qt::ControlModifier | Qt::ShiftModifier | Qt::KeypadModifier;
+    if (event->modifiers() & ~others) return false;
+    const bool control = event->modifiers().testFlag(Qt::ControlModifier);
+    const bool extend = event->modifiers().testFlag(Qt::ShiftModifier);
+    const int page = std::max(VisibleLineCount() - 1, 1);
+    switch (event->key()) {
+        case Qt::Key_Left:
+            Selection.MoveCaret(control ? Move::kWordLeft : Move::kLeft, extend);
+            break;
+        case Qt::Key_Right:
+            Selection.MoveCaret(control ? Move::kWordRight : Move::kRight, extend);
+            break;
+        case Qt::Key_Home:
+            Selection.MoveCaret(control ? Move::kTextStart : Move::kLineStart, extend);
+            break;
+        case Qt::Key_End:
+            Selection.MoveCaret(control ? Move::kTextEnd : Move::kLineEnd, extend);
+            break;
+        case Qt::Key_Up:
+        case Qt::Key_Down: {
+            const int step = event->key() == Qt::Key_Up ? -1 : 1;
+            if (control) {
+                Down.MoveTo(TopLine() + step);
+                return true;
+            }
+            Selection.MoveLines(step, extend, Rules);
+            break;
+        }
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown: {
+            const int step = event->key() == Qt::Key_PageUp ? -page : page;
+            Down.MoveTo(TopLine() + step);
+            Selection.MoveLines(step, extend, Rules);
+            break;
+        }
+        default:
+            return false;
+    }
+    SelectionMoved(true);
+    return true;
+}
+
+// --- The selection. -----------------------------------------------------------------------------
+
+void DisplayView::Select(TextOffset anchor, TextOffset caret) {
+    Sync();
+    Selection.Select(anchor, caret);
+    BringIntoSight(Selection.Anchor());
+    SelectionMoved(true);
+}
+
+void DisplayView::SelectionMoved(bool bringIntoSight) {
+    if (bringIntoSight) BringIntoSight(Selection.Caret());
+    if (hasFocus()) {
+        CaretOn = true;
+        if (Blink.isActive()) Blink.start();
+    }
+    viewport()->update();
+    TellOfSelection(*this);
+}
+
+void DisplayView::BringIntoSight(TextOffset at) {
+    const std::int64_t column = ColumnOf(Box.Text, at, Rules);
+    const int columns = VisibleColumnCount();
+    // Columns first: their bar, when it appears, takes a line.
+    Widest = std::max(Widest, column);
+    UpdateBars();
+    if (column < LeftColumn()) {
+        Across.MoveTo(column < columns ? 0 : column - columns / 4);
+    } else if (column >= LeftColumn() + columns) {
+        Across.MoveTo(column - columns + columns / 4 + 1);
+    }
+    const std::int64_t line = Box.Text.LineAt(at);
+    const int rows = VisibleLineCount();
+    if (line < TopLine() - rows || line >= TopLine() + rows + rows) {
+        Down.MoveTo(line - rows / 3);  // far away: with some lines around it
+    } else if (line < TopLine()) {
+        Down.MoveTo(line);
+    } else if (line >= TopLine() + rows) {
+        Down.MoveTo(line - rows + 1);
+    }
+}
+
+std::string DisplayView::SelectedText() const {
+    const TextRange range = Selection.Range();
+    return Box.Text.Text(range.From, std::min(range.Size(), kMostCopied));
+}
+
+void DisplayView::Copy() {
+    Sync();
+    if (Selection.IsEmpty()) return;
+    const std::int64_t size = Selection.Range().Size();
+    if (size <= kMostCopied) {
+        QApplication::clipboard()->setText(ClipboardText(Box.Text, Selection.Range()));
+        return;
+    }
+    auto* box = new QMessageBox(
+        QMessageBox::Information, QStringLiteral("Copy"),
+        QStringLiteral("The selection is %1; at most %2 can be copied. To keep the whole text, use "
+                       "Save Display.")
+            .arg(SizeText(size), SizeText(kMostCopied)),
+        QMessageBox::Ok, window());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    // A long operation may be filling the display: it goes on while the box stands.
+    box->open();
+}
+
+void DisplayView::PutPrimarySelection() const {
+    QClipboard* clipboard = QApplication::clipboard();
+    const std::int64_t size = Selection.Range().Size();
+    if (!clipboard->supportsSelection() || size == 0 || size > kMostPrimary) return;
+    clipboard->setText(ClipboardText(Box.Text, Selection.Range()), QClipboard::Selection);
+}
+
+// --- The mouse. ---------------------------------------------------------------------------------
+
+void DisplayView::BeginDrag(QPoint point, DisplaySelection::Unit unit) {
+    Selection.BeginDrag(PlaceAt(point, unit != DisplaySelection::Unit::kCharacter), unit);
+    Dragging = true;
+    DragPoint = point;
+    SelectionMoved(false);
+}
+
+void DisplayView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    Sync();
+    const QPoint point = event->position().toPoint();
+    const bool third = SinceDouble.isValid() &&
+                       SinceDouble.elapsed() < QApplication::doubleClickInterval() &&
+                       (point - DragPoint).manhattanLength() < QApplication::startDragDistance();
+    SinceDouble.invalidate();
+    if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        Selection.ExtendTo(PlaceAt(point));
+        Dragging = true;
+        DragPoint = point;
+        SelectionMoved(false);
+        return;
+    }
+    BeginDrag(point, third ? DisplaySelection::Unit::kLine : DisplaySelection::Unit::kCharacter);
+}
+
+void DisplayView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    Sync();
+    BeginDrag(event->position().toPoint(), DisplaySelection::Unit::kWord);
+    SinceDouble.start();
+}
+
+void DisplayView::mouseMoveEvent(QMouseEvent* event) {
+    Sync();
+    if (!Dragging || !event->buttons().testFlag(Qt::LeftButton)) return;
+    DragPoint = event->position().toPoint();
+    if (!viewport()->rect().contains(DragPoint)) {
+        if (!DragTimer.isActive()) DragTimer.start();
+        return;
+    }
+    DragTimer.stop();
+    DragOn();
+}
+
+void DisplayView::DragOn() {
+    Sync();
+    if (!Dragging) return;  // the text went away under the pointer
+    const QRect area = viewport()->rect();
+    Down.MoveTo(TopLine() + DragSteps(DragPoint.y(), area.height(), Font.LineHeight()));
+    Across.MoveTo(LeftColumn() + DragSteps(DragPoint.x(), area.width(), Font.CellWidth()));
+    const QPoint inside(std::clamp(DragPoint.x(), 0, std::max(area.right(), 0)),
+                        std::clamp(DragPoint.y(), 0, std::max(area.bottom(), 0)));
+    Selection.DragTo(PlaceAt(inside));
+    SelectionMoved(false);
+}
+
+void DisplayView::mouseReleaseEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    Sync();
+    DragTimer.stop();
+    if (Dragging) PutPrimarySelection();
+    Dragging = false;
+}
+
+void DisplayView::wheelEvent(QWheelEvent* event) {
+    Sync();
+    event->accept();
+    // X11 drivers tell pixels that mean nothing.
+    const bool pixels =
+        !event->pixelDelta().isNull() && QGuiApplication::platformName() != QLatin1String("xcb");
+    const bool zoom = event->modifiers().testFlag(Qt::ControlModifier);
+    const QPoint delta = pixels && !zoom ? event->pixelDelta() : event->angleDelta();
+    const bool turned = event->modifiers().testFlag(Qt::ShiftModifier) && delta.x() == 0;
+    WheelRest += turned ? delta.transposed() : delta;
+    const auto take = [](int& rest, int part, int times) {
+        const int whole = rest * times / part;
+        rest -= whole * part / times;
+        return whole;
+    };
+    if (zoom) {
+        SetZoom(Font.Zoom() + take(WheelRest.ry(), kNotch, 1) * kZoomStep);
+    } else if (pixels) {
+        Down.MoveTo(TopLine() - take(WheelRest.ry(), Font.LineHeight(), 1));
+        Across.MoveTo(LeftColumn() - take(WheelRest.rx(), Font.CellWidth(), 1));
+    } else {
+        const int lines = std::max(QApplication::wheelScrollLines(), 1);
+        Down.MoveTo(TopLine() - take(WheelRest.ry(), kNotch, lines));
+        Across.MoveTo(LeftColumn() - take(WheelRest.rx(), kNotch, kColumnsPerNotch));
+    }
+}
+
+void DisplayView::contextMenuEvent(QContextMenuEvent* event) {
+    Sync();
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    QAction* copy = menu->addAction(QStringLiteral("Copy"), this, [this] { Copy(); });
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setEnabled(!Selection.IsEmpty());
+    QAction* all = menu->addAction(QStringLiteral("Select All"), this, [this] {
+        Selection.Select(0, Box.Text.Size());
+        SelectionMoved(false);
+    });
+    all->setShortcut(QKeySequence::SelectAll);
+    menu->popup(event->globalPos());
+}
+
+// --- The find line. -----------------------------------------------------------------------------
+
+void DisplayView::ShowFind() {
+    Sync();
+    const std::int64_t size = Selection.Range().Size();
+    const QString selected =
+        size <= kMostWanted ? QString::fromStdString(SelectedText()) : QString();
+    RoomForFind();
+    Find->Ask(selected.contains(u'\n') || selected.contains(u'\r') ? QString() : selected);
+}
+
+void DisplayView::RoomForFind() {
+    setViewportMargins(0, 0, 0, Find->sizeHint().height());
+    Find->show();
+}
+
+void DisplayView::FindClosed() {
+    setViewportMargins(0, 0, 0, 0);
+    setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace tessel

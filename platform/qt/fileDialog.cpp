@@ -1,0 +1,151 @@
+#include "platform/qt/fileDialog.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QRegularExpression>
+
+#include "platform/hostFiles.h"
+#include "platform/qt/bindControls.h"
+#include "platform/qt/hostDesk.h"
+
+namespace tessel {
+namespace {
+
+/// "*.img" as it is, and once more for hosts that tell "DISK.IMG" from it: "*.[iI][mM][gG]".
+QString AnyCase(const QString& pattern) {
+    if (pattern == "*.*") return "*";  // also what has no point
+#if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
+    return pattern;
+#else
+    QString folded;
+    for (const QChar unit : pattern) {
+        if (unit.isLetter()) {
+            folded += QString("[%1%2]").arg(unit.toLower()).arg(unit.toUpper());
+        } else {
+            folded += unit;
+        }
+    }
+    return folded == pattern ? pattern : pattern + ' ' + folded;
+#endif
+}
+
+/// "description|*.a;*.b|..." as the toolkit's "description (*.a *.b)", one for each pair.
+QStringList NameFilters(const std::string& filter) {
+    const QStringList items = ToQt(filter).split('|');
+    QStringList filters;
+    for (qsizetype i = 0; i + 1 < items.size(); i += 2) {
+        QStringList patterns;
+        for (const QString& pattern : items[i + 1].split(';', Qt::SkipEmptyParts)) {
+            patterns += AnyCase(pattern.trimmed());
+        }
+        filters += items[i].trimmed() + " (" + patterns.join(' ') + ')';
+    }
+    return filters;
+}
+
+/// The chosen path with the default extension where the dialog's rules add it.
+QString WithExtension(const QString& path, const CommonDialog& dialog, bool saving) {
+    const bool whole = dialog.DefaultExt.empty() || QFileInfo(path).fileName().contains('.');
+    if (whole || (!saving && QFileInfo::exists(path))) return path;
+    return path + '.' + ToQt(dialog.DefaultExt);
+}
+
+void Refuse(const QString& path, const char* why, const QString& title) {
+    QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Ok, DialogOwner());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QDir::toNativeSeparators(path) + '\n' + why);
+    box.exec();
+}
+
+bool MayOverwrite(const QString& path, const QString& title) {
+    QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Yes | QMessageBox::No,
+                    DialogOwner());
+    box.setTextFormat(Qt::PlainText);
+    box.setText(QDir::toNativeSeparators(path) +
+                "\nThis file already exists. Do you want to replace it?");
+    box.setDefaultButton(QMessageBox::No);
+    return box.exec() == QMessageBox::Yes;
+}
+
+/// Whether the flags let a person choose `path`; says why when not.
+bool Accepts(const QString& path, const CommonDialog& dialog, bool saving) {
+    const QFileInfo file(path);
+    const QString title = ToQt(dialog.Title);
+    const auto has = [&dialog](FileDialogFlag flag) { return (dialog.Flags & flag) != 0; };
+    if (file.isDir()) {
+        Refuse(path, "This is a folder. Please choose a file.", title);
+    } else if (has(kFileMustExist) && !file.exists()) {
+        Refuse(path, "There is no such file. Please check its name.", title);
+    } else if (has(kPathMustExist) && !QFileInfo(file.path()).isDir()) {
+        Refuse(path, "There is no such folder. Please check its name.", title);
+    } else if (has(kNoReadOnlyReturn) &&
+               ((file.exists() && !file.isWritable()) || !QFileInfo(file.path()).isWritable())) {
+        Refuse(path, "This file or its folder may not be changed. Please choose another one.",
+               title);
+    } else {
+        return !saving || !has(kOverwritePrompt) || !file.exists() || MayOverwrite(path, title);
+    }
+    return false;
+}
+
+/// The toolkit's own dialog marks a typed path in its list, together with the folder that holds it,
+/// and then takes neither. A path that is typed whole shall count alone.
+void TrustTypedPaths(QFileDialog& view) {
+    auto* const name = view.findChild<QLineEdit*>("fileNameEdit");
+    auto* const list = view.findChild<QListView*>("listView");
+    if (name == nullptr || list == nullptr) return;  // the desktop's dialog
+    QObject::connect(name, &QLineEdit::textChanged, list, [list](const QString& text) {
+        if (QDir::isAbsolutePath(text)) list->selectionModel()->clearSelection();
+    });
+}
+
+void Prepare(QFileDialog& view, const CommonDialog& dialog, bool saving) {
+    view.setOption(QFileDialog::DontUseNativeDialog, UseToolkitDialogs);
+    view.setOption(QFileDialog::DontConfirmOverwrite);
+    view.setOption(QFileDialog::HideNameFilterDetails);
+    view.setWindowTitle(ToQt(dialog.Title));
+    view.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    view.setFileMode(QFileDialog::AnyFile);  // whether it must exist is asked behind the dialog
+
+    const QStringList filters = NameFilters(dialog.Filter);
+    view.setNameFilters(filters);
+    const qsizetype preselected = dialog.FilterIndex - 1;
+    if (preselected >= 0 && preselected < filters.size()) {
+        view.selectNameFilter(filters[preselected]);
+    }
+    const QString folder = ToQt(dialog.InitDir);
+    view.setDirectory(QFileInfo(folder).isDir() ? folder : QDir::currentPath());
+    // A name may come from an image: it suggests a file here, and leads nowhere else.
+    if (!dialog.FileName.empty()) view.selectFile(ToQt(SafeName(dialog.FileName)));
+}
+
+/// The path that a person chose; empty after Cancel.
+QString Choose(const CommonDialog& dialog, bool saving) {
+    const PointerPause pause;
+    QFileDialog view(DialogOwner());
+    Prepare(view, dialog, saving);
+    TrustTypedPaths(view);
+    while (view.exec() == QDialog::Accepted) {
+        const QStringList chosen = view.selectedFiles();
+        if (chosen.isEmpty()) continue;
+        QString path = WithExtension(chosen.first(), dialog, saving);
+        if (Accepts(path, dialog, saving)) return path;
+        view.selectFile(QFileInfo(chosen.first()).fileName());
+    }
+    return {};
+}
+
+}  // namespace
+
+void ShowFileDialog(CommonDialog& dialog, bool saving) {
+    const QString path = Choose(dialog, saving);
+    dialog.FileName = QDir::toNativeSeparators(path).toStdString();
+    dialog.FileTitle = QFileInfo(path).fileName().toStdString();
+    if (path.isEmpty() && dialog.CancelError) Raise(kCancelled);
+}
+
+}  // namespace tessel

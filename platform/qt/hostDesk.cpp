@@ -1,0 +1,115 @@
+#include "platform/qt/hostDesk.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QSettings>
+
+#include "platform/host.h"
+#include "platform/qt/bindControls.h"
+#include "platform/qt/fileDialog.h"
+
+namespace tessel {
+
+bool UseToolkitDialogs = false;
+
+namespace {
+
+constexpr const char* kStoreName = "Tessel";
+
+/// One hourglass at most, however often it is asked for.
+struct Pointer {
+    bool Wanted = false;
+    int Dialogs = 0;
+    bool Shown = false;
+
+    void Follow() {
+        const bool show = Wanted && Dialogs == 0;
+        if (show == Shown) return;
+        Shown = show;
+        if (show) {
+            QApplication::setOverrideCursor(Qt::WaitCursor);
+        } else {
+            QApplication::restoreOverrideCursor();
+        }
+    }
+};
+Pointer ThePointer;
+
+void ShowMessage(const std::string& text, const std::string& title) {
+    const PointerPause pause;
+    QMessageBox box(DialogOwner());
+    box.setWindowTitle(ToQt(title));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(ToQt(text).replace("\r\n", "\n"));
+    box.setStandardButtons(QMessageBox::Ok);
+    box.exec();
+}
+
+std::string AskText(const std::string& prompt, const std::string& title, const std::string& text) {
+    const PointerPause pause;
+    QInputDialog dialog(DialogOwner());
+    dialog.setInputMode(QInputDialog::TextInput);
+    dialog.setWindowTitle(ToQt(title));
+    dialog.setLabelText(ToQt(prompt));
+    dialog.setTextValue(ToQt(text));
+    if (auto* edit = dialog.findChild<QLineEdit*>()) edit->selectAll();
+    if (dialog.exec() != QDialog::Accepted) return "";
+    return dialog.textValue().toStdString();
+}
+
+QString SettingKey(const std::string& section, const std::string& key) {
+    return ToQt(section) + '/' + ToQt(key);
+}
+
+std::string ReadSetting(const std::string& section, const std::string& key,
+                        const std::string& otherwise) {
+    QSettings store(kStoreName, kStoreName);
+    store.setFallbacksEnabled(false);
+    return store.value(SettingKey(section, key), ToQt(otherwise)).toString().toStdString();
+}
+
+void WriteSetting(const std::string& section, const std::string& key, const std::string& text) {
+    QSettings store(kStoreName, kStoreName);
+    store.setValue(SettingKey(section, key), ToQt(text));
+}
+
+}  // namespace
+
+PointerPause::PointerPause() {
+    ++ThePointer.Dialogs;
+    ThePointer.Follow();
+}
+
+PointerPause::~PointerPause() {
+    --ThePointer.Dialogs;
+    ThePointer.Follow();
+}
+
+QWidget* DialogOwner() {
+    if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+    if (QWidget* active = QApplication::activeWindow()) return active;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && window->windowType() == Qt::Window) return window;
+    }
+    return nullptr;
+}
+
+void FillHost() {
+    TheHost.MessageBox = ShowMessage;
+    TheHost.InputBox = AskText;
+    TheHost.ShowOpen = [](CommonDialog& dialog) { ShowFileDialog(dialog, false); };
+    TheHost.ShowSave = [](CommonDialog& dialog) { ShowFileDialog(dialog, true); };
+    TheHost.DoEvents = [] { QCoreApplication::processEvents(); };
+    TheHost.SetPointer = [](bool hourglass) {
+        ThePointer.Wanted = hourglass;
+        ThePointer.Follow();
+    };
+    // Not quit(): that asks the windows to close first, and a window asks its record, which is
+    // where this comes from.
+    TheHost.EndProgram = [] { QCoreApplication::exit(0); };
+    TheHost.Settings = {ReadSetting, WriteSetting};
+}
+
+}  // namespace tessel

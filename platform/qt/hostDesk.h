@@ -1,0 +1,27 @@
+#pragma once
+
+class QWidget;
+
+namespace tessel {
+
+/// Fills TheHost from the toolkit, but for ShowModal, which the owner of the windows fills. Call it
+/// once there is an application object.
+void FillHost();
+
+/// File dialogs are the toolkit's own also where the desktop brings one: tests can drive those.
+extern bool UseToolkitDialogs;
+
+/// The window that a dialog opened now belongs to.
+QWidget* DialogOwner();
+
+/// While one lives, the hourglass is put away: a dialog waits for the person, not the other way
+/// round.
+class PointerPause {
+  public:
+    PointerPause();
+    ~PointerPause();
+    PointerPause(const PointerPause&) = delete;
+    PointerPause& operator=(const PointerPause&) = delete;
+};
+
+}  // namespace tessel

@@ -1,0 +1,114 @@
+#include "platform/qt/mainScreen.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QMenuBar>
+#include <QRadioButton>
+#include <QResizeEvent>
+
+#include "app/formTessel.h"
+#include "platform/qt/bindLists.h"
+#include "platform/qt/displayView.h"
+
+namespace tessel {
+
+MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this)) {
+    setCentralWidget(Inside);
+    Inside->installEventFilter(this);
+    BindMenu(form.mnuFile, *menuBar());
+    BindMenu(form.mnuOptions, *menuBar());
+    MakeControls();
+    BindCaption(form.Form, *this);
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);  // it may become as small as it likes
+    resize(form.Form.ScaleWidth / kTwipsPerPixel,
+           form.Form.ScaleHeight / kTwipsPerPixel + menuBar()->sizeHint().height());
+}
+
+void MainScreen::MakeControls() {
+    QWidget* frame = BindFrame(Form.Frame1, Inside);
+    std::vector<QWidget*> options;
+    for (OptionButton& option : Form.optDisplay) {
+        QRadioButton* view = BindOptionButton(option, frame);
+        KeepFocus(option.Enabled, *view);
+        options.push_back(view);
+    }
+    BindLabel(Form.lblVolumeID, "Volume label", Inside);
+    BindLabel(Form.lblSystemID, "File system type", Inside);
+    BindLabel(Form.lblVersion, "Version", Inside);
+    BindLabel(Form.lblDirectory, "Current directory", Inside);
+
+    auto* list = BindListBox(Form.listDIR, "Directory list", Inside);
+    auto* display = new DisplayView(Form.rtfDisplay, Inside);
+    if (display->accessibleName().isEmpty()) display->setAccessibleName("Display");
+    Form.rtfDisplay.At.Observe([display](const Place& at) { display->setGeometry(ToPixels(at)); });
+    auto* stop = BindButton(Form.cmdABORT, Inside);
+    auto* bootSector = BindButton(Form.cmdDisplayBootSector, Inside);
+    auto* fat0 = BindButton(Form.cmdFat0, Inside);
+    auto* root = BindButton(Form.cmdRoot, Inside);
+    auto* directory = BindButton(Form.cmdDirectory, Inside);
+
+    // Not STOP: it would get the keyboard each time that something long begins.
+    KeepFocus(Form.listDIR.Enabled, *list);
+    KeepFocus(Form.cmdDisplayBootSector.Enabled, *bootSector);
+    KeepFocus(Form.cmdFat0.Enabled, *fat0);
+    KeepFocus(Form.cmdRoot.Enabled, *root);
+    KeepFocus(Form.cmdDirectory.Enabled, *directory);
+    Focus.Expect(*list);
+
+    QWidget* before = list;
+    for (QWidget* next : {static_cast<QWidget*>(display), static_cast<QWidget*>(stop),
+                          static_cast<QWidget*>(bootSector), static_cast<QWidget*>(fat0),
+                          static_cast<QWidget*>(root), options[3], options[2], options[1],
+                          options[0], static_cast<QWidget*>(directory)}) {
+        setTabOrder(before, next);
+        before = next;
+    }
+}
+
+void MainScreen::KeepFocus(Property<bool>& enabled, QWidget& view) {
+    enabled.Observe([this, &view](bool on) { Focus.SetEnabled(view, on); });
+}
+
+void MainScreen::ShowChooser() {
+    if (!Chooser) Chooser = std::make_unique<ChooserScreen>(*Form.Chooser, this);
+    Chooser->ShowModal();
+}
+
+void MainScreen::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (Sized) return;
+    Sized = true;
+    // Only now is it known how high the menu bar is, or that the desktop shows it elsewhere.
+    layout()->activate();
+    const QSize wanted(Form.Form.ScaleWidth / kTwipsPerPixel,
+                       Form.Form.ScaleHeight / kTwipsPerPixel);
+    resize(size() + wanted - Inside->size());
+    FollowSize();
+}
+
+void MainScreen::FollowSize() {
+    Form.Form.ScaleWidth = Inside->width() * kTwipsPerPixel;
+    Form.Form.ScaleHeight = Inside->height() * kTwipsPerPixel;
+    RaiseEvent(Form.Form.Resize);
+}
+
+bool MainScreen::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == Inside && event->type() == QEvent::Resize && Sized) FollowSize();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainScreen::closeEvent(QCloseEvent* event) {
+    event->ignore();  // the record decides, and ends the program itself
+    RaiseEvent(Form.Form.CloseBox);
+}
+
+void MainScreen::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape) {
+        Form.cmdABORT.Press();
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
+}
+
+}  // namespace tessel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "platform/qt/bindControls.h"
+#include "platform/qt/chooserScreen.h"
+
+namespace tessel {
+
+struct formTessel;
+
+/// The main window on the screen. The form must outlive it.
+class MainScreen : public QMainWindow {
+  public:
+    explicit MainScreen(formTessel& form);
+    /// Shows the form's folder chooser until the person is done with it.
+    void ShowChooser();
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void MakeControls();
+    void FollowSize();
+    void KeepFocus(Property<bool>& enabled, QWidget& view);
+
+    formTessel& Form;
+    QWidget* Inside;  // what lies below the menu bar
+    FocusReturn Focus;
+    std::unique_ptr<ChooserScreen> Chooser;
+    bool Sized = false;
+};
+
+}  // namespace tessel
