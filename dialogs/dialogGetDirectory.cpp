@@ -5,6 +5,20 @@
 #include "platform/hostFiles.h"
 
 namespace tessel {
+namespace {
+
+/// Carries out a step; false when it fails.
+template <class Step>
+bool Try(const Step& step) {
+    try {
+        step();
+        return true;
+    } catch (const RuntimeError&) {
+        return false;
+    }
+}
+
+}  // namespace
 
 dialogGetDirectory::dialogGetDirectory() {
     Form.Name = "dialogGetDirectory";
@@ -43,18 +57,14 @@ void dialogGetDirectory::ShowGetDirectory() {
 
 void dialogGetDirectory::InitDirectoryLists() {
     const std::string current = CurrentFolder();
-    try {
-        driveDriveBox.SetDrive(DriveName);
-    } catch (const RuntimeError&) {
-        driveDriveBox.SetDrive(current);
-        if (dirDirBox.Path().empty()) dirDirBox.SetPath(DriveRoot(driveDriveBox.Drive()));
-        txtDirName.Text = dirDirBox.Path();
-        return;
+    if (Try([this] { driveDriveBox.SetDrive(DriveName); })) {
+        if (!Try([this] { dirDirBox.SetPath(DirName); })) Try([&] { dirDirBox.SetPath(current); });
+    } else {
+        Try([&] { driveDriveBox.SetDrive(current); });
     }
-    try {
-        dirDirBox.SetPath(DirName);
-    } catch (const RuntimeError&) {
-        dirDirBox.SetPath(current);
+    // A list that shows nothing yet, and could go nowhere so far, shows the top.
+    if (dirDirBox.Path().empty()) {
+        Try([this] { dirDirBox.SetPath(DriveRoot(driveDriveBox.Drive())); });
     }
     txtDirName.Text = dirDirBox.Path();
 }
@@ -63,9 +73,7 @@ void dialogGetDirectory::driveDriveBox_Change() {
     dirDirBox.SetPath(DriveRoot(driveDriveBox.Drive()));
 }
 
-void dialogGetDirectory::dirDirBox_Change() {
-    txtDirName.Text = dirDirBox.Path();
-}
+void dialogGetDirectory::dirDirBox_Change() { txtDirName.Text = dirDirBox.Path(); }
 
 void dialogGetDirectory::OKButton_Click() {
     DirName = dirDirBox.Path();

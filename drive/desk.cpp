@@ -1,6 +1,5 @@
 #include "drive/desk.h"
 
-#include <filesystem>
 #include <fstream>
 
 #include "platform/hostFiles.h"
@@ -128,7 +127,8 @@ void ScriptedDesk::AnswerFolder() {
     } else if (answer.Answer == FolderAnswer::How::kCancel) {
         chooser.CancelButton.Press();
     } else {
-        const std::string folder = std::filesystem::absolute(answer.Path).string();
+        const std::string folder =
+            FolderOf(answer.Path).empty() ? JoinPath(CurrentFolder(), answer.Path) : answer.Path;
         try {
             chooser.dirDirBox.SetPath(folder);
             chooser.OKButton.Press();

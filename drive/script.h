@@ -11,7 +11,7 @@
 namespace tessel {
 
 /// Runs commands, one a line, on the real window in front of a scripted desk. Blank lines and lines
-/// that begin with "#" are passed over. The commands are those of Usage().
+/// that begin with "#" are passed over.
 class Script {
   public:
     Script(std::ostream& out, std::ostream& errors, DeskSettings& settings);
@@ -29,7 +29,6 @@ class Script {
     ScriptedDesk Desk;
 
   private:
-    struct Command;
     bool Refuse(const std::string& line, const std::string& why);
     bool ChooseMenu(const std::string& caption);
     bool PressButton(const std::string& caption);

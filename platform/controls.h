@@ -97,7 +97,7 @@ class ListBox {
     /// without an event; any other line outside the list raises 9.
     void Select(int line);
     /// A person's click on a line: selects it and raises Click, also on the line that is already
-    /// selected. Does nothing while disabled.
+    /// selected. Does nothing while disabled; raises as Select does.
     void ClickLine(int line);
     /// A person's double-click: the click, and then DblClick.
     void DoubleClickLine(int line);

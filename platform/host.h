@@ -21,12 +21,12 @@ enum FileDialogFlag : Long {
 
 /// The common file dialog. It keeps its settings between uses.
 struct CommonDialog {
-    std::string FileName{};      ///< in: the suggested name; out: the chosen file's full path
-    std::string FileTitle{};     ///< out: the chosen file's name without its folder
-    std::string Title{};         ///< of the dialog's window
-    std::string Filter{};        ///< pairs of description and pattern, every item separated by "|"
-    std::string DefaultExt{};    ///< added to a typed name that has no extension; "" for none
-    std::string InitDir{};       ///< the folder to start in
+    std::string FileName{};    ///< in: the suggested name; out: the chosen file's full path
+    std::string FileTitle{};   ///< out: the chosen file's name without its folder
+    std::string Title{};       ///< of the dialog's window
+    std::string Filter{};      ///< pairs of description and pattern, every item separated by "|"
+    std::string DefaultExt{};  ///< added to a typed name that has no extension; "" for none
+    std::string InitDir{};     ///< the folder to start in
     Long Flags = 0;            ///< FileDialogFlag bits
     bool CancelError = false;  ///< whether Cancel raises 32755
     Long FilterIndex = 1;      ///< the preselected pair, counted from 1

@@ -36,8 +36,9 @@ bool FolderCanBeListed(const std::string& path);
 /// Whether the last name of `path` is itself a symbolic link.
 bool IsLink(const std::string& path);
 
-/// Whether a directory lookup with default attributes finds a file at `path`: one that is no folder
-/// and is neither hidden nor a system file (where there are no attributes, a leading point hides).
+/// Whether a directory lookup with default attributes finds a file at `path`: a plain file (no
+/// folder, device or pipe) that is neither hidden nor a system file (where there are no attributes,
+/// a leading point hides). Links are followed.
 bool VisibleFileExists(const std::string& path);
 /// Deletes a file, or a link itself. Raises 53 when it is not there, 75 when the host refuses, 70
 /// while somebody else holds it.

@@ -45,7 +45,9 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
 /// fails; what could be written stays.
 void WriteFile(int number, std::span<const Byte> bytes);
 
-/// Whether `path` leads to the file that is open under `number`, by whatever name or link.
-bool IsOpenFile(int number, const std::string& path);
+/// Whether `path` leads to a file that is open under any number, by whatever name or link.
+bool IsOpenFile(const std::string& path);
+/// Whether two paths lead to one file.
+bool IsSameFile(const std::string& path, const std::string& other);
 
 }  // namespace tessel

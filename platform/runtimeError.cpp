@@ -22,7 +22,7 @@ constexpr std::array kErrors = {
     ErrorRow{kDeviceIoError, "Device I/O error"},         // a failing medium
     ErrorRow{kFileAlreadyExists, "File already exists"},  // creating what stands there
     ErrorRow{kDiskFull, "Disk full"},                     // no space, or over the quota
-    ErrorRow{kPermissionDenied, "Permission denied"},     // a delete that the host refuses
+    ErrorRow{kPermissionDenied, "Permission denied"},     // a file that somebody else holds
     ErrorRow{kPathFileAccessError, "Path/File access error"},  // no access, or no plain file
     ErrorRow{kPathNotFound, "Path not found"},                 // a folder that is not there
     ErrorRow{kCancelled, "Cancel was selected."},              // a dialog that was cancelled

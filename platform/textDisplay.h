@@ -19,8 +19,8 @@ struct GeneratedText {
     std::int64_t Size = 0;        ///< bytes of text
     std::int64_t LineBreaks = 0;  ///< line breaks in it
 
-    /// Appends the `count` bytes from `at` on to `out`; at + count is at most Size. Never throws:
-    /// bytes that can no longer be read are told as if they were 0.
+    /// Appends the `count` bytes from `at` on to `out`; at + count is at most Size. Bytes
+    /// that can no longer be read are told as if they were 0, and raise nothing.
     std::function<void(TextOffset at, std::size_t count, std::string& out)> Read{};
     /// How many line breaks end at or before `at`.
     std::function<std::int64_t(TextOffset at)> BreaksUpTo{};

@@ -48,15 +48,15 @@ std::string BootSectorInfo() {
            Number4("Bytes per Sector", b.BytesPerSector) +
            Number2("Sectors per Cluster", b.SectorsPerCluster) +
            Number4("Reserved Sectors", b.ReservedSectors) +
-           Number2("Number of FATS", b.NumberOfFats) +                                          //
-           Number4("Root Entries", b.RootEntries) + Number4("Small Sectors", b.SmallSectors) +  //
+           Number2("Number of FATS", b.NumberOfFats) +  //
+           Number4("Root Entries", b.RootEntries) + Number4("Small Sectors", b.SmallSectors) +
            Number2("Media Type", b.MediaType) + Number4("Sectors per FAT", b.SectorsPerFat) +
            Number4("Sectors per Track", b.SectorsPerTrack) +
            Number4("Number of Heads", b.NumberOfHeads) +
            Number8("Hidden Sectors", b.HiddenSectors) + Number8("Large Sectors", b.LargeSectors) +
            Number2("Phsical Disk Number", b.PhysicalDiskNumber) +
-           Number2("Scan / Surface (CH)", b.CurrentHead) +  //
-           Number2("Signature", b.Signature) + Number8("Vol Serial Number", b.VolSerialNumber) +
+           Number2("Scan / Surface (CH)", b.CurrentHead) + Number2("Signature", b.Signature) +
+           Number8("Vol Serial Number", b.VolSerialNumber) +
            Text("Volume Label", b.VolumeLabel, boot::kVolumeLabel, boot::kVolumeLabelLength) +
            Text("System ID", b.SystemId, boot::kSystemId, boot::kSystemIdLength) +
            Caption("Signature") + Hex4(b.BootSignature) + "\r\n\r\n";

@@ -81,8 +81,9 @@ void AddEntries(Long cluster, Long count) {
             if (!AddRow(ByteBuffer(bytes).subspan(i * entry::kBytes, entry::kBytes))) return;
         }
         if (good < static_cast<std::size_t>(wanted)) {
-            ReadDirEntry(cluster, index + static_cast<Long>(good));
-            Raise(kDeviceIoError);
+            const auto failing = static_cast<Long>(index + static_cast<Long>(good));
+            ReadFile(kImageFile, EntryOffset(cluster, failing), std::span(bytes).first(1));
+            Raise(kDeviceIoError);  // it failed before, and now it does not
         }
     }
 }
@@ -141,7 +142,13 @@ void LoadSubDirectory(Long cluster) {
     for (Long n = 0; n < most && DirEntryCount < DirEntryTable::kMostRows; ++n) {
         const std::int64_t at = n * chain.BytesPerCluster();
         if (!chain.LoopsTo() && at >= chain.LapBytes()) break;
-        AddEntries(chain.At(at).Cluster, perCluster);
+        const Long visited = chain.At(at).Cluster;
+        try {
+            AddEntries(visited, perCluster);
+        } catch (const RuntimeError& error) {
+            // An end mark such as FFF8 is visited like a cluster, and may lie past every address.
+            if (error.Number != kOverflow || visited < Drives[1].ClusterCount) throw;
+        }
     }
 }
 

@@ -61,22 +61,28 @@ std::string ReadFailure(const ClusterChain& chain, std::int64_t offset, const st
     }
 }
 
+void RefuseFilesInUse(const std::string& path) {
+    // A refused image is closed, but it is still the one that the window tells about.
+    const std::string& image = Drives[1].ImagePath;
+    if (IsOpenFile(path) || (!image.empty() && IsSameFile(image, path))) Raise(kFileAlreadyOpen);
+}
+
 }  // namespace
 
 void ClearTheWay(const std::string& path) {
-    if (IsOpenFile(kImageFile, path)) Raise(kFileAlreadyOpen);
+    RefuseFilesInUse(path);
     if (VisibleFileExists(path)) DeleteFile(path);
 }
 
 bool SaveEntryToFile(Long row, const std::string& path) {
     if (!Drives[1].IsOpen) return false;
     try {
-        if (IsOpenFile(kImageFile, path)) Raise(kFileAlreadyOpen);
+        RefuseFilesInUse(path);
     } catch (const RuntimeError& error) {
         Report(OpenFailureReport(error, path));
         return false;
     }
-    ClearTheWay(path);
+    if (VisibleFileExists(path)) DeleteFile(path);
     try {
         OpenForWriting(kTargetFile, path);
     } catch (const RuntimeError& error) {

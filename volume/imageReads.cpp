@@ -16,6 +16,9 @@ std::int64_t AreaOffset(Long sector) {
     return CheckedLong(std::int64_t{PartitionOffset} + inVolume);
 }
 
+/// More than any FAT of 12 or 16 bits an entry needs, whatever a boot sector tells.
+constexpr std::int64_t kLongestFat = 65536 * 2;
+
 void ReadFat(std::vector<Byte>& fat, Long sector) {
     fat.clear();
     const std::int64_t offset = AreaOffset(sector);
@@ -23,11 +26,14 @@ void ReadFat(std::vector<Byte>& fat, Long sector) {
         CheckedLong(std::int64_t{BootSector.BytesPerSector} * BootSector.SectorsPerFat);
     // The image may hold less than the boot sector tells, and memory is only taken for what it has.
     const std::int64_t held = FileLength(kImageFile) - offset;
-    fat.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(held, 0, told)));
+    const std::int64_t wanted = std::min<std::int64_t>(told, kLongestFat);
+    fat.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(held, 0, wanted)));
     const std::size_t good = ReadFileUpTo(kImageFile, offset, fat);
     if (good < fat.size()) {
         fat.resize(good);
-        Raise(kDeviceIoError);
+        Byte next = 0;
+        ReadFile(kImageFile, offset + static_cast<std::int64_t>(good), {&next, 1});
+        Raise(kDeviceIoError);  // it failed before, and now it does not
     }
 }
 

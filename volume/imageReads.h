@@ -18,8 +18,9 @@ bool ReadSector(Long sector);
 
 /// Read an area whole into Fat0Bytes, Fat1Bytes or RootDirBytes, whose former content is dropped.
 /// Sectors count BytesPerSector bytes here. A FAT is held as far as the image file and its medium
-/// give it, the root directory in full with zeros for what is missing. Raise 6 past 32 bits, 57
-/// when the medium fails, behind what could be read.
+/// give it, and no further than its largest cluster number needs (128 KiB), the root directory in
+/// full with zeros for what is missing. Raise 6 past 32 bits, 57 when the medium fails, behind what
+/// could be read.
 void ReadFat0();
 void ReadFat1();
 void ReadRootDirectory();

@@ -62,8 +62,9 @@ std::vector<std::string> HostDrives() {
 }
 
 std::string DriveOf(const std::string& path) {
-    std::string longest;
-    for (const std::string& drive : HostDrives()) {
+    // By the text alone: asking a mount whose server is gone would wait for it.
+    std::string longest = Begins("/", path) ? "/" : "";
+    for (const std::string& drive : MountedFolders()) {
         if (Begins(drive, path) && drive.size() > longest.size()) longest = drive;
     }
     return longest;

@@ -57,7 +57,7 @@ bool IsLink(const std::string& path) {
 bool VisibleFileExists(const std::string& path) {
     struct stat status {};
     return !FileTitleOf(path).starts_with('.') && stat(path.c_str(), &status) == 0 &&
-           !S_ISDIR(status.st_mode);
+           S_ISREG(status.st_mode);
 }
 
 void DeleteFile(const std::string& path) {

@@ -39,6 +39,10 @@ void RefuseNul(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
 }
 
+bool IsSame(const struct stat& one, const struct stat& other) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
 }  // namespace
 
 void OpenForReading(int number, const std::string& path) {
@@ -129,13 +133,20 @@ void WriteFile(int number, std::span<const Byte> bytes) {
     }
 }
 
-bool IsOpenFile(int number, const std::string& path) {
-    const auto file = OpenFiles().find(number);
+bool IsOpenFile(const std::string& path) {
+    struct stat asked {};
+    if (stat(path.c_str(), &asked) != 0) return false;
+    for (const auto& [number, file] : OpenFiles()) {
+        struct stat held {};
+        if (fstat(file.Descriptor, &held) == 0 && IsSame(asked, held)) return true;
+    }
+    return false;
+}
+
+bool IsSameFile(const std::string& path, const std::string& other) {
     struct stat one {};
-    struct stat other {};
-    return file != OpenFiles().end() && fstat(file->second.Descriptor, &one) == 0 &&
-           stat(path.c_str(), &other) == 0 && one.st_dev == other.st_dev &&
-           one.st_ino == other.st_ino;
+    struct stat two {};
+    return stat(path.c_str(), &one) == 0 && stat(other.c_str(), &two) == 0 && IsSame(one, two);
 }
 
 }  // namespace tessel

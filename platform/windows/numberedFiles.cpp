@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "platform/windows/hostErrors.h"
 
@@ -38,8 +39,26 @@ HANDLE Create(int number, const std::string& path, DWORD access, DWORD dispositi
     return file;
 }
 
-bool Identity(HANDLE file, BY_HANDLE_FILE_INFORMATION& identity) {
-    return GetFileInformationByHandle(file, &identity) != 0;
+/// What tells a file from every other; nothing when it cannot be opened.
+std::optional<BY_HANDLE_FILE_INFORMATION> Identity(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION identity{};
+    if (GetFileInformationByHandle(file, &identity) == 0) return std::nullopt;
+    return identity;
+}
+
+std::optional<BY_HANDLE_FILE_INFORMATION> Identity(const std::string& path) {
+    constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    HANDLE file = CreateFileW(WideText(path).c_str(), 0, kShare, nullptr, OPEN_EXISTING,
+                              FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return std::nullopt;
+    const auto identity = Identity(file);
+    CloseHandle(file);
+    return identity;
+}
+
+bool IsSame(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other) {
+    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }
 
 }  // namespace
@@ -124,21 +143,20 @@ void WriteFile(int number, std::span<const Byte> bytes) {
     }
 }
 
-bool IsOpenFile(int number, const std::string& path) {
-    const auto file = OpenFiles().find(number);
-    if (file == OpenFiles().end()) return false;
-    HANDLE other = CreateFileW(WideText(path).c_str(), 0,
-                               FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                               OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (other == INVALID_HANDLE_VALUE) return false;
-    BY_HANDLE_FILE_INFORMATION one{};
-    BY_HANDLE_FILE_INFORMATION two{};
-    const bool same = Identity(file->second, one) && Identity(other, two) &&
-                      one.dwVolumeSerialNumber == two.dwVolumeSerialNumber &&
-                      one.nFileIndexHigh == two.nFileIndexHigh &&
-                      one.nFileIndexLow == two.nFileIndexLow;
-    CloseHandle(other);
-    return same;
+bool IsOpenFile(const std::string& path) {
+    const auto asked = Identity(path);
+    if (!asked) return false;
+    for (const auto& [number, file] : OpenFiles()) {
+        const auto held = Identity(file);
+        if (held && IsSame(*asked, *held)) return true;
+    }
+    return false;
+}
+
+bool IsSameFile(const std::string& path, const std::string& other) {
+    const auto one = Identity(path);
+    const auto two = Identity(other);
+    return one && two && IsSame(*one, *two);
 }
 
 }  // namespace tessel
