@@ -1,7 +1,7 @@
 #include "app/formTessel.h"
 
 #include <new>
-#include <stdexcept>
+#include <utility>
 
 #include "volume/modGlobals.h"
 
@@ -84,17 +84,20 @@ void formTessel::RunGuarded(const std::function<void()>& handler) {
         }
         TheHost.MessageBox(ErrorReport(error), "Error");
     };
-    ++RunningHandlers;
     try {
+        const struct Running {
+            int& Count;
+            explicit Running(int& count) : Count(count) { ++Count; }
+            ~Running() { --Count; }
+        } running(RunningHandlers);
         handler();
     } catch (const RuntimeError& error) {
         report(error);
     } catch (const std::bad_alloc&) {
         report({kOutOfMemory, kProjectName, ErrorText(kOutOfMemory)});
-    } catch (const std::length_error&) {
-        report({kOutOfMemory, kProjectName, ErrorText(kOutOfMemory)});
+    } catch (const std::exception& error) {
+        report({kDeviceIoError, kProjectName, error.what()});
     }
-    --RunningHandlers;
 
     // What was asked for during a long operation happens once nothing works on the image any more.
     if (RunningHandlers > 0) return;
@@ -134,7 +137,7 @@ void formTessel::Form_Resize() {
 void formTessel::Form_CloseBox() { mnuExit_Click(); }
 
 void formTessel::mnuExit_Click() {
-    if (Busy) {
+    if (Busy || SavingText) {
         StopRequested = true;
         ExitPending = true;
     } else {

@@ -100,6 +100,8 @@ struct formTessel {
     void mnuExit_Click();
     void mnuOffset_Click();
     void cmdABORT_Click();
+    bool MaySaveFile();
+    bool MaySaveDirectory();
     void OpenImage(const std::string& path, const std::string& title);
     bool OpenImageFile(const std::string& path);
     void RefuseVolume();
@@ -135,10 +137,11 @@ struct formTessel {
     std::string SuggestedName() const;
 
     int RunningHandlers = 0;    // handlers run inside one another while events are let in
-    bool ClosePending = false;  // Close was chosen while busy
-    bool ExitPending = false;   // Exit was chosen while busy
+    bool ClosePending = false;  // Close was chosen while the image was in use
+    bool ExitPending = false;   // Exit was chosen while the image was in use
     std::string LastDirName{};  // the folder last chosen through GetDirName in this run
     bool SaveAllRunning = false;
+    bool SavingText = false;  // Save Display writes, and lets events in
 };
 
 /// "MAJOR.MINOR.REVISION" of this program.

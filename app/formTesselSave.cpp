@@ -10,6 +10,21 @@
 
 /// Saving to the host.
 namespace tessel {
+namespace {
+
+/// Holds a flag raised as long as it lives.
+class Raised {
+  public:
+    explicit Raised(bool& flag) : Flag(flag) { Flag = true; }
+    ~Raised() { Flag = false; }
+    Raised(const Raised&) = delete;
+    Raised& operator=(const Raised&) = delete;
+
+  private:
+    bool& Flag;
+};
+
+}  // namespace
 
 std::string formTessel::SuggestedName() const {
     if (listDIR.ListIndex() < 0) return "";
@@ -20,6 +35,8 @@ std::string formTessel::SuggestedName() const {
 }
 
 void formTessel::mnuSaveFile_Click() {
+    // The menu may have been opened while a view still ran.
+    if (!MaySaveFile()) return;
     SetBusy(true);
     std::string kind;
     const std::string path = GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "DOS");
@@ -29,24 +46,26 @@ void formTessel::mnuSaveFile_Click() {
 }
 
 void formTessel::mnuSaveTxt_Click() {
+    if (SavingText) return;
     std::string kind = "TXT";
     const std::string path =
         GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "Display as Text");
     if (path.empty()) return;
     ClearTheWay(path);
-    WriteTextFile(rtfDisplay.Text, path);
+    // Events are let in while a long text is written. It is the text of this moment that is saved,
+    // and the image that it is made from stays open until then.
+    TextDisplay text = rtfDisplay.Text;
+    text.Changed = nullptr;
+    const Raised saving(SavingText);
+    WriteTextFile(text, path);
 }
 
 void formTessel::mnuSaveDirectory_Click() {
-    if (SaveAllRunning || !Drives[1].IsOpen || listDIR.ListIndex() < 0) return;
+    if (SaveAllRunning || !MaySaveDirectory() || listDIR.ListIndex() < 0) return;
     const std::string folder = GetDirName("", "SAVE", "SAVEALL", 0, "Save All");
     if (folder.empty()) return;
 
-    SaveAllRunning = true;
-    const struct Reset {
-        bool& Flag;
-        ~Reset() { Flag = false; }
-    } reset{SaveAllRunning};
+    const Raised running(SaveAllRunning);
     ClearDisplay();
     SetBusy(true);
     MirroredFolders target(folder, StripExtension(Drives[1].ImageTitle));

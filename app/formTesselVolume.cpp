@@ -1,4 +1,5 @@
 #include <functional>
+#include <new>
 #include <optional>
 
 #include "app/formTessel.h"
@@ -22,6 +23,8 @@ class FirstFailure {
             step();
         } catch (const RuntimeError& error) {
             if (!Failure) Failure = error;
+        } catch (const std::bad_alloc&) {
+            if (!Failure) Failure.emplace(kOutOfMemory, kProjectName, ErrorText(kOutOfMemory));
         }
     }
     void RaiseIt() const {
@@ -40,16 +43,20 @@ void formTessel::Form_Initialize() {
 }
 
 void formTessel::mnuFile_Click() {
-    const Long entry = SelectedEntry().value_or(0);
-    const bool usable = Drives[1].IsOpen && !Busy;
-    mnuSaveFile.Enabled = IsFile(entry) && usable;
-    mnuSaveDirectory.Enabled = CountFiles() > 0 && usable;
+    mnuSaveFile.Enabled = MaySaveFile();
+    mnuSaveDirectory.Enabled = MaySaveDirectory();
 }
+
+bool formTessel::MaySaveFile() {
+    return Drives[1].IsOpen && !Busy && IsFile(SelectedEntry().value_or(0));
+}
+
+bool formTessel::MaySaveDirectory() { return Drives[1].IsOpen && !Busy && CountFiles() > 0; }
 
 void formTessel::mnuOptions_Click() { mnuOffset.Enabled = !Drives[1].IsOpen; }
 
 void formTessel::mnuOpen_Click() {
-    if (Busy) return;
+    if (Busy || SavingText) return;
     Drives[1].FileNumber = kImageFile;
     std::string kind = "IMG";
     const std::string path = GetFileName(CommonDialog1, "", "OPEN", kind, 0, "FAT Raw File");
@@ -126,7 +133,7 @@ void formTessel::BrowseVolume() {
 }
 
 void formTessel::mnuClose_Click() {
-    if (Busy) {
+    if (Busy || SavingText) {
         StopRequested = true;
         ClosePending = true;
     } else {

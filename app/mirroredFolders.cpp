@@ -1,6 +1,7 @@
 #include "app/mirroredFolders.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/host.h"
 #include "platform/hostFiles.h"
@@ -48,11 +49,14 @@ bool MirroredFolders::HoldsLink() const {
     return std::any_of(Folders.begin(), Folders.end(), IsLink);
 }
 
-bool MirroredFolders::Save(Long row, const std::string& path) const {
+bool MirroredFolders::Save(Long row, const std::string& path) {
     if (HoldsLink()) {
-        const RuntimeError refused(kPathFileAccessError, kProjectName,
-                                   ErrorText(kPathFileAccessError));
-        TheHost.MessageBox(OpenFailureReport(refused, path), "Error");
+        // The link stands in the way of every file: telling of it once is enough.
+        if (!std::exchange(LinkTold, true)) {
+            const RuntimeError refused(kFileAlreadyExists, kProjectName,
+                                       ErrorText(kFileAlreadyExists));
+            TheHost.MessageBox(OpenFailureReport(refused, path), "Error");
+        }
         return false;
     }
     try {

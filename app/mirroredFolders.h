@@ -22,7 +22,7 @@ class MirroredFolders {
     std::string PathOf(const std::string& fileName) const;
     /// Creates the folders that are missing, enters them, and copies a row to `path`. False when
     /// that failed or was stopped.
-    bool Save(Long row, const std::string& path) const;
+    bool Save(Long row, const std::string& path);
 
   private:
     void Enter() const;
@@ -30,6 +30,7 @@ class MirroredFolders {
 
     std::string Chosen;
     std::vector<std::string> Folders;  // full paths, outermost first
+    bool LinkTold = false;
 };
 
 }  // namespace tessel

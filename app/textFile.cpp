@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "platform/host.h"
 #include "platform/numberedFiles.h"
 
 namespace tessel {
@@ -70,7 +71,11 @@ void WriteTextFile(const TextDisplay& display, const std::string& path) {
     OpenForWriting(kTextFile, path);
     try {
         LineEnds ends;
-        display.WriteTo([&ends](std::string_view part) { Write(ends.Converted(part)); });
+        EventTurns turns;
+        display.WriteTo([&](std::string_view part) {
+            Write(ends.Converted(part));
+            turns.Take();
+        });
         Write(ends.Rest());
     } catch (...) {
         try {

@@ -20,7 +20,8 @@ class LineEnds {
     bool HeldCr = false;
 };
 
-/// Writes a display's text to a new file as UTF-8 with CR LF, part by part. Raises what creating
+/// Writes a display's text to a new file as UTF-8 with CR LF, part by part, and lets
+/// events in between them. Raises what creating
 /// and writing a file raise.
 void WriteTextFile(const TextDisplay& display, const std::string& path);
 

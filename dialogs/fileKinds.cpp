@@ -16,9 +16,7 @@ constexpr const char* kFilePatterns =
     "*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.DB;*.EM;*.EQ;*.FF;*.HT;*.IN;*.LF;*.LG;*.LL;*.LO;*.LS;*.MC;*."
     "MG;*.MX;*.NW;*.OW;*.PC;*.PF;*.PL;*.PO;*.RO;*.RS;*.SA;*.SI;*.SY;*.TF";
 
-std::string WithAll(const std::string& filter) {
-    return filter + kAll;
-}
+std::string WithAll(const std::string& filter) { return filter + kAll; }
 
 /// The kinds, in the order in which a keyword is looked up.
 const std::vector<FileKind>& Kinds() {
@@ -117,8 +115,6 @@ int DriveSlotOf(const std::string& keyword) {
     return 0;
 }
 
-std::string DriveKey(int slot) {
-    return "DRIVE" + Padded(slot, 2);
-}
+std::string DriveKey(int slot) { return "DRIVE" + Padded(slot, 2); }
 
 }  // namespace tessel

@@ -11,7 +11,7 @@ struct FileKind {
     std::string Keyword{};  ///< upper case
     std::string Filter{};   ///< pairs of description and pattern, every item separated by "|"
     std::string DefaultExtension{};  ///< "" for none
-    Long FilterIndex = 1;          ///< the preselected pair, from 1
+    Long FilterIndex = 1;            ///< the preselected pair, from 1
     std::string KindDescription{};   ///< for the dialog's title
     std::string SettingsKey{};       ///< of the remembered folder
 };

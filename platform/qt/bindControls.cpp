@@ -118,12 +118,18 @@ QFont CaptionFont(const QString& caption, int room) {
 }
 
 void FocusReturn::SetEnabled(QWidget& widget, bool enabled) {
-    if (!enabled && !Lost && widget.window()->focusWidget() == &widget) Lost = &widget;
+    const bool loses = !enabled && !Lost && widget.window()->focusWidget() == &widget;
     widget.setEnabled(enabled);
-    if (enabled && Lost == &widget) {
-        Lost = nullptr;
-        widget.setFocus(Qt::OtherFocusReason);
+    if (loses) {
+        Lost = &widget;
+        Refuge = widget.window()->focusWidget();
     }
+    if (!enabled || Lost != &widget) return;
+    // A person who has gone somewhere else in the meantime stays there.
+    QWidget* const now = widget.window()->focusWidget();
+    const bool moved = now != nullptr && now != Refuge && now != &widget && now->isEnabled();
+    Lost = nullptr;
+    if (!moved) widget.setFocus(Qt::OtherFocusReason);
 }
 
 void EnterButton::keyPressEvent(QKeyEvent* event) {

@@ -36,6 +36,7 @@ class FocusReturn {
 
   private:
     QPointer<QWidget> Lost;
+    QPointer<QWidget> Refuge;  // where the toolkit put the keyboard then
 };
 
 /// A push button that also Enter presses while it has the keyboard.

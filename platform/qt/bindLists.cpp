@@ -215,8 +215,9 @@ void FolderView::Follow() {
 void FolderView::Enter(const QTreeWidgetItem* item) {
     if (item == nullptr) return;
     const QString path = item->data(0, Qt::UserRole).toString();
-    // One that can be seen but neither be listed nor be entered stays shut.
-    if (!QFileInfo(path).isReadable() || !QFileInfo::exists(path + "/.")) return;
+    // One that can be seen but not be listed or not be entered stays shut.
+    const bool shut = !QFileInfo(path).isReadable() || !QFileInfo::exists(path + "/.");
+    if (shut && QFileInfo::exists(path)) return;
     try {
         Folders.SetPath(QDir::toNativeSeparators(path).toStdString());
     } catch (const RuntimeError&) {

@@ -68,6 +68,8 @@ DisplayView::~DisplayView() { Box.Text.Changed = nullptr; }
 
 void DisplayView::FollowSoon() {
     Stale = true;
+    // Nothing of a text that is gone may be painted until the timer fires.
+    if (Box.Text.Generation() != SeenGeneration) ForgetSight();
     if (FollowTimer.isActive()) return;
     // The first change is shown with the next events; a stream of them, in step with the screen.
     const qint64 passed = SinceFollow.isValid() ? SinceFollow.elapsed() : kFollowPause;

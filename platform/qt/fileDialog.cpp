@@ -103,6 +103,14 @@ void TrustTypedPaths(QFileDialog& view) {
     });
 }
 
+/// A name may come from an image: it suggests a file here, and leads nowhere else.
+QString Suggestion(const std::string& name) {
+    // To the toolkit's dialog, quotation marks part several names and "~NAME" is a person's home.
+    QString safe = ToQt(SafeName(name)).replace('"', '_');
+    const bool home = safe.startsWith('~') && !safe.contains('.');
+    return home ? '_' + safe.mid(1) : safe;
+}
+
 void Prepare(QFileDialog& view, const CommonDialog& dialog, bool saving) {
     view.setOption(QFileDialog::DontUseNativeDialog, UseToolkitDialogs);
     view.setOption(QFileDialog::DontConfirmOverwrite);
@@ -119,8 +127,7 @@ void Prepare(QFileDialog& view, const CommonDialog& dialog, bool saving) {
     }
     const QString folder = ToQt(dialog.InitDir);
     view.setDirectory(QFileInfo(folder).isDir() ? folder : QDir::currentPath());
-    // A name may come from an image: it suggests a file here, and leads nowhere else.
-    if (!dialog.FileName.empty()) view.selectFile(ToQt(SafeName(dialog.FileName)));
+    if (!dialog.FileName.empty()) view.selectFile(Suggestion(dialog.FileName));
 }
 
 /// The path that a person chose; empty after Cancel.
@@ -132,9 +139,10 @@ QString Choose(const CommonDialog& dialog, bool saving) {
     while (view.exec() == QDialog::Accepted) {
         const QStringList chosen = view.selectedFiles();
         if (chosen.isEmpty()) continue;
-        QString path = WithExtension(chosen.first(), dialog, saving);
+        const QString typed = QDir::cleanPath(chosen.first());
+        QString path = WithExtension(typed, dialog, saving);
         if (Accepts(path, dialog, saving)) return path;
-        view.selectFile(QFileInfo(chosen.first()).fileName());
+        view.selectFile(QFileInfo(typed).fileName());
     }
     return {};
 }

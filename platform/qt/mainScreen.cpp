@@ -39,7 +39,8 @@ void MainScreen::MakeControls() {
     BindLabel(Form.lblDirectory, "Current directory", Inside);
 
     auto* list = BindListBox(Form.listDIR, "Directory list", Inside);
-    auto* display = new DisplayView(Form.rtfDisplay, Inside);
+    Display = new DisplayView(Form.rtfDisplay, Inside);
+    DisplayView* const display = Display;
     if (display->accessibleName().isEmpty()) display->setAccessibleName("Display");
     Form.rtfDisplay.At.Observe([display](const Place& at) { display->setGeometry(ToPixels(at)); });
     auto* stop = BindButton(Form.cmdABORT, Inside);
@@ -106,6 +107,8 @@ void MainScreen::closeEvent(QCloseEvent* event) {
 void MainScreen::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) {
         Form.cmdABORT.Press();
+    } else if (event->matches(QKeySequence::Find)) {
+        Display->ShowFind();
     } else {
         QMainWindow::keyPressEvent(event);
     }

@@ -9,6 +9,7 @@
 namespace tessel {
 
 struct formTessel;
+class DisplayView;
 
 /// The main window on the screen. The form must outlive it.
 class MainScreen : public QMainWindow {
@@ -30,6 +31,7 @@ class MainScreen : public QMainWindow {
 
     formTessel& Form;
     QWidget* Inside;  // what lies below the menu bar
+    DisplayView* Display = nullptr;
     FocusReturn Focus;
     std::unique_ptr<ChooserScreen> Chooser;
     bool Sized = false;
