@@ -118,17 +118,18 @@ QFont CaptionFont(const QString& caption, int room) {
 }
 
 void FocusReturn::SetEnabled(QWidget& widget, bool enabled) {
-    const bool loses = !enabled && !Lost && widget.window()->focusWidget() == &widget;
+    QWidget* const before = widget.window()->focusWidget();
     widget.setEnabled(enabled);
-    if (loses) {
-        Lost = &widget;
+    if (!enabled && before == &widget) {
+        if (!Lost) Lost = &widget;
+        // The toolkit puts the keyboard somewhere else, which may be disabled next.
         Refuge = widget.window()->focusWidget();
     }
     if (!enabled || Lost != &widget) return;
     // A person who has gone somewhere else in the meantime stays there.
-    QWidget* const now = widget.window()->focusWidget();
-    const bool moved = now != nullptr && now != Refuge && now != &widget && now->isEnabled();
+    const bool moved = Refuge && before != nullptr && before != Refuge && before->isEnabled();
     Lost = nullptr;
+    Refuge = nullptr;
     if (!moved) widget.setFocus(Qt::OtherFocusReason);
 }
 

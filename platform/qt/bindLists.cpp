@@ -49,7 +49,7 @@ int ListLines::rowCount(const QModelIndex& parent) const { return parent.isValid
 
 QVariant ListLines::data(const QModelIndex& index, int role) const {
     // The record may have fewer lines by now.
-    if (role != Qt::DisplayRole || index.row() >= List.Count()) return {};
+    if (role != Qt::DisplayRole || !index.isValid() || index.row() >= List.Count()) return {};
     return ToQt(List.Text(index.row()));
 }
 

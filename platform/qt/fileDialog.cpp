@@ -49,8 +49,9 @@ QStringList NameFilters(const std::string& filter) {
 
 /// The chosen path with the default extension where the dialog's rules add it.
 QString WithExtension(const QString& path, const CommonDialog& dialog, bool saving) {
-    const bool whole = dialog.DefaultExt.empty() || QFileInfo(path).fileName().contains('.');
-    if (whole || (!saving && QFileInfo::exists(path))) return path;
+    const QFileInfo file(path);
+    const bool whole = dialog.DefaultExt.empty() || file.fileName().contains('.') || file.isDir();
+    if (whole || (!saving && file.exists())) return path;
     return path + '.' + ToQt(dialog.DefaultExt);
 }
 
@@ -92,14 +93,14 @@ bool Accepts(const QString& path, const CommonDialog& dialog, bool saving) {
     return false;
 }
 
-/// The toolkit's own dialog marks a typed path in its list, together with the folder that holds it,
-/// and then takes neither. A path that is typed whole shall count alone.
+/// While a person types, the toolkit's own dialog marks what the text so far names in its list (for
+/// a path also the folders on the way), and then takes what is marked. What is typed shall count.
 void TrustTypedPaths(QFileDialog& view) {
     auto* const name = view.findChild<QLineEdit*>("fileNameEdit");
     auto* const list = view.findChild<QListView*>("listView");
     if (name == nullptr || list == nullptr) return;  // the desktop's dialog
-    QObject::connect(name, &QLineEdit::textChanged, list, [list](const QString& text) {
-        if (QDir::isAbsolutePath(text)) list->selectionModel()->clearSelection();
+    QObject::connect(name, &QLineEdit::textChanged, list, [name, list] {
+        if (name->hasFocus()) list->selectionModel()->clearSelection();
     });
 }
 
