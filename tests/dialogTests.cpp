@@ -1,0 +1,267 @@
+#include "dialogs/dialogGetDirectory.h"
+#include "dialogs/modFile.h"
+#include "dialogs/settings.h"
+#include "platform/hostFiles.h"
+#include "tests/fixture.h"
+
+/// The file dialog, the folder chooser, and what is remembered.
+namespace tessel {
+namespace {
+
+class DialogTest : public TesselTest {
+  protected:
+    DialogTest() {
+        const auto show = [this](const char* how) {
+            return [this, how](CommonDialog& dialog) {
+                Shown = dialog;
+                How = how;
+                if (Error != 0) throw RuntimeError(Error, "desk", "It failed");
+                dialog.FileName = Answer;
+            };
+        };
+        TheHost.ShowOpen = show("open");
+        TheHost.ShowSave = show("save");
+        TheHost.MessageBox = [this](const std::string& text, const std::string& title) {
+            Box = title + "|" + text;
+        };
+        TheHost.Settings.Read = [this](const std::string& section, const std::string& key,
+                                       const std::string& otherwise) {
+            const auto value = Stored.find(section + "/" + key);
+            return value == Stored.end() ? otherwise : value->second;
+        };
+        TheHost.Settings.Write = [this](const std::string& section, const std::string& key,
+                                        const std::string& text) {
+            Stored[section + "/" + key] = text;
+        };
+    }
+    std::string Ask(std::string kind, const std::string& purpose = "OPEN",
+                    const std::string& title = "Default", Long flags = 0) {
+        How.clear();
+        const std::string path = GetFileName(Dialog, "sug", purpose, kind, flags, title);
+        Kind = kind;
+        return path;
+    }
+
+    CommonDialog Dialog, Shown;
+    std::string Answer = "/a/b.img", How, Box, Kind;
+    int Error = 0;
+    std::map<std::string, std::string> Stored;
+};
+
+TEST_F(DialogTest, EveryKindHasItsRow) {
+    // Keyword, filter ("+" for the pair of all files), extension, description, key.
+    std::istringstream rows(R"(~All Files (*.*)|*.*~~~ELSE
+bin~Binary File (*.bin)|*.bin+~bin~Binary~BIN
+COM~Command File (*.com)|*.com+~com~Command~COM
+Def~Definition File (*.def)|*.def+~def~Definitions~DEF
+DASM~Disassembled Files (*.dasm;*.dlst)|*.dasm;*.dlst+~dasm~Disassembled Source~DAS
+CLR~Colors File (*.clr)|*.clr+~clr~Colors~CLR
+RWE~Memory Attributes File (*.rwe)|*.rwe+~rwe~Memory Attributes~RWE
+LOADFILES~All Memory Files (*.bin;*.hex;*.ihx;*.mx;*.ent;*.com)|*.bin;*.hex;*.ihx;*.mx;*.ent;*.com|Binary File (*.bin)|*.bin|i-Hex File (*.hex;*.ihx)|*.hex;*.ihx|S-rec File (*.mx)|*.mx|com File (*.com)|*.com+~bin~Load Memory~Load
+SAVEFILES~All Memory Files (*.bin;*.hex;*.ihx;*.mx;*.com;*.dasm;*.dlst;*.dump)|*.bin;*.hex;*.ihx;*.mx;*.com;*.dasm;*.dlst;*.dump|Disassembled Files (*.dasm;*.dlst)|*.dasm;*.dlst|Disassembled Source File (*.dasm)|*.dasm|Disassembled List File (*.dlst)|*.dlst|Binary File (*.bin)|*.bin|i-Hex File (*.hex;*.ihx)|*.hex;*.ihx|S-rec File (*.mx)|*.mx|com File (*.com)|*.com|dump File (*.dump)|*.dump+~bin~Save Memory~Save
+ULOAD~All Files (*.*)|*.*~~"Upload to Host System"~ULoad
+DLOAD~All Files (*.*)|*.*~~"Download into Emulator"~DLoad
+IMG~All Disk Image Files (*.img;*.dsk;*.raw)|*.img;*.dsk;*.raw|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|RAW File (*.raw)|*.raw+~img~Raw Disk Image~IMG
+IMD~IMD File (*.imd)|*.imd+~imd~Image Disk File~IMD
+DRV~All Disk Image Files (*.img;*.dsk;*.imd)|*.img;*.dsk;*.imd|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|IMD File (*.imd)|*.imd+~img~Disk Image~DRIVE00
+FMT~Disk Format Files  (*.fmt)|*.fmt+~fmt~Disk Image Format~FMT
+PRN~Printer Spool File (*.prn)|*.prn+~prn~Printer~PRN
+IOREMAPFILES~IO map Files (*.iom;*.iomap)|*.iom;*.iomap~iom~I/O Remap Definition~IOM
+IOPANELS~IO Panel Files (*.iop;*.iopanel)|*.iop;*.iopanel~iop~I/O Panel Definition~IOP
+PIO~IO Properties Files  (*.pio)|*.pio+~pio~IO Properties~PIO
+CASSETTE~Cassette Tape(*.cas)|*.cas+~cas~Cassette~CAS
+DAD~Data Definition File (*.dad)|*.dad+~dad~Data Area Definition~DAD
+TAB~Terminal Abilities File (*.tab)|*.tab+~tab~Terminal Abilities~TAB
+FKY~Function Key Definition File (*.fky)|*.fky+~fky~Function Keys~FKY
+KBD~KeyBoard Definition File (*.kbd)|*.kbd+~kbd~Keyboard Definitions~KBD
+VDOSTEXT~Text File (*.txt)|*.txt|VersaDoS Text File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.EQ;*.FF;*.HT;*.LF;*.LG;*.LL;*.LS;*.MC;*.MX;*.NW;*.PF;*.PL;*.SA;*.SI+~txt~VersaDoS Text~VTXT
+VDOSDUMP~VersaDos Data Block File (*.VDB)|*.VDB|VersaDoS File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.DB;*.EM;*.EQ;*.FF;*.HT;*.IN;*.LF;*.LG;*.LL;*.LO;*.LS;*.MC;*.MG;*.MX;*.NW;*.OW;*.PC;*.PF;*.PL;*.PO;*.RO;*.RS;*.SA;*.SI;*.SY;*.TF+~VDB~VersaDoS DUMP~VDUMP
+VDOSREC~VersaDos Record File (*.VDR)|*.VDR|VersaDoS File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.DB;*.EM;*.EQ;*.FF;*.HT;*.IN;*.LF;*.LG;*.LL;*.LO;*.LS;*.MC;*.MG;*.MX;*.NW;*.OW;*.PC;*.PF;*.PL;*.PO;*.RO;*.RS;*.SA;*.SI;*.SY;*.TF+~VDR~VersaDoS Records~VREC
+TXT~Text File (*.txt)|*.txt+~txt~Text~TXT
+RTF~Rich Text File (*.rtf)|*.rtf+~rtf~Rich Text~RTF
+IRS~Interrupt Reset Settings (*.irs)|*.irs+~irs~Interrupt Reset Settings~IRS
+IDA~Interrupt Device Assignments (*.ida)|*.ida+~ida~Interrupt Device Assignments~IDA
+log~File (*.log)|*.log+~log~~ELSE
+DRV13~File (*.DRV13)|*.DRV13+~DRV13~~ELSE
+drv00~File (*.drv00)|*.drv00+~drv00~~ELSE
+)");
+    for (std::string line; std::getline(rows, line);) {
+        std::istringstream columns(line);
+        std::string kind, filter, extension, description, key;
+        for (std::string* column : {&kind, &filter, &extension, &description, &key}) {
+            std::getline(columns, *column, '~');
+        }
+        if (filter.back() == '+') filter.replace(filter.size() - 1, 1, "|All Files (*.*)|*.*");
+        Stored = {{"Paths/" + key, "/kept/"}};
+        RecentPaths = {};
+        EXPECT_EQ(Ask(kind), "/a/b.img");
+        EXPECT_EQ(Shown.Filter, filter);
+        EXPECT_EQ(Shown.DefaultExt, extension) << kind;
+        EXPECT_EQ(Shown.FilterIndex, kind.starts_with("VDOS") ? 2 : 1) << kind;
+        EXPECT_EQ(Shown.Title, "Open " + description + " File");
+        EXPECT_EQ(Shown.InitDir, "/kept/") << kind;
+        EXPECT_EQ(Stored, (std::map<std::string, std::string>{{"Paths/" + key, "/a/"}})) << kind;
+    }
+}
+
+TEST_F(DialogTest, ThePurposeMakesTitleAndFlags) {
+    struct Row {
+        std::string Purpose, Title, ShownTitle, How;
+        Long Flags;
+    };
+    const Row rows[] = {{"OPEN", "FAT Raw File", "Open FAT Raw File File", "open", 2101248},
+                        {"open", "", "Open  File", "open", 2101248},
+                        {"Save", "default", "Save default File", "save", 2131974},
+                        {"SaveAs", "Default", "Save Text File As", "save", 2131974},
+                        {"Load", "x", "", "", 0}};
+    for (const Row& row : rows) {
+        Dialog = Shown = {};
+        EXPECT_EQ(Ask("txt", row.Purpose, row.Title, 0x40), row.How.empty() ? "sug" : Answer);
+        EXPECT_EQ(How, row.How);
+        EXPECT_EQ(Shown.Title, row.ShownTitle);
+        EXPECT_EQ(Shown.Flags, row.How.empty() ? 0 : row.Flags | 0x40);
+        EXPECT_EQ(Shown.FileName, row.How.empty() ? "" : "sug");
+        EXPECT_EQ(Stored["Paths/TXT"], row.How.empty() ? "" : "/a/");
+        EXPECT_TRUE(Dialog.CancelError);
+    }
+    EXPECT_EQ(RecentPaths.LastFolder, "") << "of a name without a folder";
+}
+
+TEST_F(DialogTest, FoldersAreRemembered) {
+    const auto startOf = [this](const std::string& kind, const std::string& answer) {
+        Answer = answer;
+        Ask(kind);
+        return Shown.InitDir;
+    };
+    EXPECT_EQ(startOf("IMG", "/i/x.img"), Folder) << "the current folder, without a separator";
+    EXPECT_EQ(startOf("TXT", "/t/x.txt"), "/i/") << "the last of this run";
+    EXPECT_EQ(startOf("IMG", "/i/x.img"), "/i/");
+    EXPECT_EQ(startOf("drv05", "/five/x"), "/i/");
+    EXPECT_EQ(Kind, "DRV");
+    EXPECT_EQ(startOf("DRV12", "/twelve/x"), "/five/");
+    EXPECT_EQ(startOf("DRV013", "/thirteen/x"), "/twelve/");
+    EXPECT_EQ(startOf("DRV016", "/sixteen/x"), "/thirteen/");
+    EXPECT_EQ(startOf("DRV05", "/five/y"), "/five/");
+    EXPECT_EQ(startOf("", "name"), "/five/");
+    RecentPaths = {};
+    EXPECT_EQ(startOf("TXT", "/"), "/t/") << "in a later run";
+    EXPECT_EQ(startOf("log", "/l/x"), "/") << "ELSE holds nothing, and the root was the last";
+    const std::map<std::string, std::string> stored = {{"Paths/IMG", "/i/"},
+                                                       {"Paths/TXT", "/"},
+                                                       {"Paths/DRIVE05", "/five/"},
+                                                       {"Paths/DRIVE12", "/twelve/"},
+                                                       {"Paths/DRIVE13", "/thirteen/"},
+                                                       {"Paths/DRIVE16", "/sixteen/"},
+                                                       {"Paths/ELSE", "/l/"}};
+    EXPECT_EQ(Stored, stored);
+    // Cancel, and an error of the dialog: nothing is chosen and nothing remembered.
+    for (const int error : {32755, 7}) {
+        Error = error;
+        EXPECT_EQ(Ask("IMG"), "");
+        EXPECT_FALSE(Dialog.CancelError);
+        EXPECT_EQ(RecentPaths.LastFolder, "/l/");
+        EXPECT_EQ(Box, error == 7 ? "Error|desk generated  Error # 7\r\nIt failed" : "");
+    }
+    EXPECT_EQ(Stored, stored);
+    Error = 0;
+    TheHost.Settings.Write = [](const auto&, const auto&, const auto&) {
+        Raise(kPathFileAccessError);
+    };
+    EXPECT_EQ(ErrorOf([this] { Ask("IMG"); }), 75) << "not caught here";
+}
+
+TEST_F(DialogTest, TheChooserAnswersTheListedFolder) {
+    std::filesystem::create_directories(At("in/sub"));
+    const std::string root = DriveRoot(DriveOf(Folder));
+    dialogGetDirectory chooser;
+    struct Row {
+        std::string Dir, Drive;  // to start with
+        std::string Does, Listed, Answer;
+        int Value;
+        bool Cancel;
+    };
+    const std::string in = At("in"), sub = At("in/sub"), gone = At("gone");
+    const Row rows[] = {
+        {in, "nowhere", "ok", root, root, 1, false},  {in, in, "ok", in, in, 1, false},
+        {gone, gone, "ok", Folder, Folder, 1, false}, {in, in, "close", in, in, 0, false},
+        {in, in, "cancel", in, "", 0, true},          {sub, sub, "close", sub, sub, 0, true},
+        {in, "nowhere", "ok", sub, sub, 1, false},    {in, in, "sub", in, sub, 1, false},
+        {in, in, "drive", in, root, 1, false},        {in, in, "bad", in, in, 1, false}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.Dir + " " + row.Does);
+        TheHost.ShowModal = [&](Window& window) {
+            EXPECT_TRUE(window.Visible);
+            EXPECT_EQ(chooser.dirDirBox.Path(), row.Listed);
+            EXPECT_EQ(chooser.txtDirName.Text.Get(), row.Listed);
+            chooser.txtDirName.Text = "/typed";
+            if (row.Does == "sub") chooser.dirDirBox.SetPath(sub);
+            if (row.Does == "bad") {
+                EXPECT_EQ(ErrorOf([&] { chooser.dirDirBox.SetPath(gone); }), 76);
+                EXPECT_EQ(ErrorOf([&] { chooser.driveDriveBox.SetDrive("nowhere"); }), 76);
+            }
+            if (row.Does == "drive") RaiseEvent(chooser.driveDriveBox.Change);
+            (row.Does == "close"    ? chooser.Form.CloseBox
+             : row.Does == "cancel" ? chooser.CancelButton.Click
+                                    : chooser.OKButton.Click)();
+            EXPECT_FALSE(window.Visible);
+        };
+        chooser.DirName = row.Dir;
+        chooser.DriveName = row.Drive;
+        chooser.ShowGetDirectory();
+        EXPECT_EQ(chooser.DirName, row.Answer);
+        EXPECT_EQ(chooser.DriveName, row.Does == "cancel"  ? ""
+                                     : row.Does == "close" ? row.Drive
+                                                           : DriveOf(Folder));
+        EXPECT_EQ(chooser.ReturnValue, row.Value);
+        EXPECT_EQ(chooser.Cancel, row.Cancel);
+    }
+}
+
+TEST_F(DialogTest, TheChooserStandsWhereItStood) {
+    const std::pair<const char*, float> rows[] = {
+        {"1234.5", 1234.5F}, {"-8", -8},    {"abc", 3000}, {"", 3000},    {"1,5", 3000},
+        {"12 ", 3000},       {"nan", 3000}, {"inf", 3000}, {"1e99", 3000}};
+    for (const auto& [text, place] : rows) {
+        Stored = {{"SaveALL/Top", text}, {"SaveALL/Left", "7"}};
+        const dialogGetDirectory chooser;
+        EXPECT_EQ(chooser.Form.Top, place) << text;
+        EXPECT_EQ(chooser.Form.Left, 7);
+    }
+    for (const float place : {0.0F, -1.25F, 3000.0F, 0.1F, 16777216.0F, 1e30F}) {
+        dialogGetDirectory chooser;
+        chooser.Form.Left = place;
+        chooser.Form_Unload();
+        chooser.Form.Left = 5;
+        chooser.Form.Normal = false;
+        chooser.Form_Unload();
+        EXPECT_EQ(dialogGetDirectory().Form.Left, place) << Stored["SaveALL/Left"];
+    }
+}
+
+TEST_F(WindowTest, TheDesksMemoryHoldsAcrossRuns) {
+    Settings.Load(At("settings"));
+    std::filesystem::create_directory(At("out"));
+    Open(SampleImage());
+    EXPECT_EQ(Run("show dialog"),
+              "title\tOpen FAT Raw File File\nfilter\tAll Disk Image Files (*.img;*.dsk;*.raw)|"
+              "*.img;*.dsk;*.raw|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|RAW File (*.raw)|"
+              "*.raw|All Files (*.*)|*.*\ndefaultExtension\timg\nfilterIndex\t1\nstartFolder\t@\n"
+              "fileName\t\nflags\t2101248\n");
+    Run("folder @/out\nmenu Save Directory");
+    Window->Form.Chooser->Form.Top = 4321;
+    Restart();
+    RecentPaths = {};
+    Settings.Load(At("settings"));
+    EXPECT_EQ(Read("settings"), "Paths\tIMG\t" + Folder + "/\nPaths\tSAVEALL\t" + At("out") +
+                                    "\nSaveALL\tLeft\t3000\nSaveALL\tTop\t4321\n");
+    Run("file\nmenu Open");
+    EXPECT_EQ(Window->Desk.LastDialog->InitDir, Folder + "/");
+    EXPECT_FALSE(Window->Form.Chooser) << "loaded at its first use";
+    EXPECT_EQ(Window->Form.GetDirName("", "", "saveall", 0, "Save All"), "");
+    EXPECT_EQ(Window->Form.Chooser->Form.Caption.Get(), "Directory Path Save All");
+    EXPECT_EQ(Window->Form.Chooser->Form.Top, 4321);
+    EXPECT_EQ(Settings.Read("Paths", "SAVEALL", "?"), "") << "Cancel clears it";
+}
+
+}  // namespace
+}  // namespace tessel

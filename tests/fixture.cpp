@@ -1,0 +1,244 @@
+#undef _FORTIFY_SOURCE  // or this file could not hold a pread of its own
+#include "tests/fixture.h"
+
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+
+#include "dialogs/modFile.h"
+#include "platform/numberedFiles.h"
+#include "volume/modDisks.h"
+
+namespace {
+
+struct {
+    ino_t File = 0;
+    off_t From = 0, To = 0;
+} TheBadPart;
+
+}  // namespace
+
+/// In front of the host's: it can be told to fail.
+extern "C" ssize_t pread(int descriptor, void* buffer, size_t count, off_t offset) {
+    struct stat status {};
+    const bool touched = offset < TheBadPart.To &&
+                         offset + static_cast<off_t>(count) > TheBadPart.From &&
+                         fstat(descriptor, &status) == 0 && status.st_ino == TheBadPart.File;
+    if (touched && offset >= TheBadPart.From) return errno = EIO, -1;
+    if (touched) count = static_cast<size_t>(TheBadPart.From - offset);
+    return syscall(SYS_pread64, descriptor, buffer, count, offset);
+}
+extern "C" ssize_t pread64(int descriptor, void* buffer, size_t count, off64_t offset) {
+    return pread(descriptor, buffer, count, offset);
+}
+
+namespace tessel {
+namespace fs = std::filesystem;
+
+void FailReads(const std::string& path, std::size_t from, std::size_t to) {
+    struct stat status {};
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    TheBadPart = {status.st_ino, static_cast<off_t>(from), static_cast<off_t>(to)};
+}
+
+void HealReads() { TheBadPart = {}; }
+
+TesselTest::TesselTest() : Before(fs::current_path()) {
+    std::string path = (fs::temp_directory_path() / "tessel-XXXXXX").string();
+    Folder = mkdtemp(path.data());
+    fs::current_path(Folder);
+    ResetVolume();
+    RecentPaths = {};
+    TheHost = {};
+    TheHost.DoEvents = [] {};
+}
+
+TesselTest::~TesselTest() {
+    HealReads();
+    ResetVolume();
+    TheHost = {};
+    fs::current_path(Before);
+    std::error_code ignored;
+    fs::remove_all(Folder, ignored);
+}
+
+std::string TesselTest::Write(const std::string& name, const images::Bytes& bytes) const {
+    std::ofstream(At(name), std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
+    return At(name);
+}
+
+std::string TesselTest::Write(const std::string& name, const std::string& text) const {
+    return Write(name, images::Bytes(text.begin(), text.end()));
+}
+
+std::string TesselTest::Read(const std::string& name) const {
+    std::ostringstream text;
+    text << std::ifstream(At(name), std::ios::binary).rdbuf();
+    return text.str();
+}
+
+std::string TesselTest::Tree(const std::string& below) const {
+    std::vector<std::string> paths;
+    for (const auto& entry : fs::recursive_directory_iterator(At(below))) {
+        const char* mark = entry.is_symlink() ? "@\n" : entry.is_directory() ? "/\n" : "\n";
+        paths.push_back(entry.path().lexically_relative(At(below)).string() + mark);
+    }
+    std::sort(paths.begin(), paths.end());
+    std::string tree;
+    for (const std::string& path : paths) tree += path;
+    return tree;
+}
+
+void TesselTest::Mount(const Image& image, std::size_t cutTo) const {
+    images::Bytes file = image.File();
+    file.resize(std::min(cutTo, file.size()));
+    CloseFile(kImageFile);
+    Drives[1].FileNumber = kImageFile;
+    OpenForReading(kImageFile, Write("mounted.img", file));
+    SetDriveGeometry(1);
+    Drives[1].IsOpen = ReadBootSector();
+    ParseBootSector();
+    Label label;
+    SetFatType(FatTypeOf(Drives[1].ClusterCount), label);
+    ReadRootDirectory();
+    ReadFat0();
+    ClearDirEntries();
+    LoadRootDirectory();
+    AttachLongNames();
+}
+
+void WindowTest::Restart() {
+    if (Window) Window->Finish();
+    Window = std::make_unique<Script>(Out, Out, Settings);
+}
+
+std::string WindowTest::Run(const std::string& script) {
+    const auto replaced = [](std::string text, const std::string& what, const std::string& by) {
+        for (std::size_t at = 0; (at = text.find(what, at)) != text.npos; at += by.size()) {
+            text.replace(at, what.size(), by);
+        }
+        return text;
+    };
+    std::istringstream lines(replaced(script, "@", Folder));
+    std::ostringstream before(std::exchange(Out, std::ostringstream()));
+    Window->Run(lines);
+    const std::string printed = replaced(Out.str(), Folder, "@");
+    Out = std::move(before);  // of a script in whose events this one ran
+    return printed;
+}
+
+std::string WindowTest::Open(const Image& image, const std::string& name) {
+    Write(name, image.File());
+    return Run("file @/" + name + "\nmenu Open\n");
+}
+
+int ErrorOf(const std::function<void()>& step) {
+    try {
+        step();
+    } catch (const RuntimeError& error) {
+        return error.Number;
+    }
+    return 0;
+}
+
+::testing::AssertionResult Same(const std::string& actual, const std::string& expected) {
+    if (actual == expected) return ::testing::AssertionSuccess();
+    const auto at = static_cast<std::size_t>(
+        std::mismatch(actual.begin(), actual.end(), expected.begin(), expected.end()).first -
+        actual.begin());
+    return ::testing::AssertionFailure()
+           << "lengths " << actual.size() << " and " << expected.size() << ", at " << at << ": "
+           << ::testing::PrintToString(actual.substr(at, 90)) << "\ninstead of "
+           << ::testing::PrintToString(expected.substr(at, 90));
+}
+
+std::string Times(int count, const std::string& text) {
+    std::string all;
+    for (int i = 0; i < count; ++i) all += text;
+    return all;
+}
+
+std::string Noise(std::size_t size) {
+    std::string bytes(size, ' ');
+    std::uint32_t state = 1;
+    for (char& c : bytes) c = static_cast<char>((state = state * 1664525 + 1013904223) >> 24);
+    return bytes;
+}
+
+std::vector<std::string> Words(const std::string& text) {
+    std::istringstream words(text);
+    return {std::istream_iterator<std::string>(words), {}};
+}
+
+static std::string Hex(std::size_t value, int digits) {
+    std::string text;
+    while (digits-- > 0) text += "0123456789ABCDEF"[value >> 4 * digits & 15];
+    return text;
+}
+
+static char Shown(unsigned char byte) {
+    return byte >= 32 && byte < 127 ? static_cast<char>(byte) : '.';
+}
+
+std::string AreaDump(const std::string& title, const images::Bytes& bytes) {
+    std::string text = title + "\r\n";
+    for (std::size_t i = 0; i < bytes.size(); i += 16) {
+        text += "\r\n" + Hex(i, 8) + "  ";
+        for (std::size_t k = i; k < i + 16; ++k) text += Hex(bytes[k], 2) + " ";
+        for (std::size_t k = i; k < i + 16; ++k) text += Shown(bytes[k]);
+    }
+    return text + "\r\n\r\n";
+}
+
+std::string ChainDump(const std::vector<int>& clusters, const std::string& bytes,
+                      std::size_t perCluster) {
+    std::string text, column;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        const std::size_t k = i % perCluster;
+        const auto c = static_cast<std::size_t>(clusters[i / perCluster]);
+        if (k % 16 == 0) {
+            const std::string decimal = std::to_string(c), offset = std::to_string(k);
+            text += Hex(c, 4) + "-" + Hex(k, 8) + " (" +
+                    std::string(4 - std::min<std::size_t>(4, decimal.size()), '0') + decimal + "-" +
+                    std::string(7 - offset.size(), '0') + offset + ")";
+        }
+        text += " " + Hex(byte, 2);
+        column += Shown(byte);
+        if (k % 16 == 15) text += " " + std::exchange(column, "") + "\r\n";
+    }
+    return text;
+}
+
+std::string ContentText(const std::string& bytes) {
+    std::string text;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        const bool plain = (c >= 32 && c < 127) || c == '\t' || c == '\n' || c == '\r';
+        text += plain ? std::string(1, c) : "<" + Hex(byte, 2) + ">";
+    }
+    return text;
+}
+
+Image SampleImage(const Layout& layout) {
+    Image image(layout);
+    image.Add(0, {.Name = "MYDISK     ", .Attributes = 8});
+    image.AddFile(0, {.Name = "README.TXT", .LongName = u"Read me first.txt"},
+                  "Hello\r\nWorld\r\n");
+    image.Add(0, {.Name = "\xE5"
+                          "ELETED TXT",
+                  .Cluster = 9,
+                  .Size = 9});
+    const int sub = image.AddDirectory(0, {.Name = "SUBFOL~1", .LongName = u"Sub folder"});
+    image.AddFile(sub, {.Name = "INNER.TXT"}, "inside\n");
+    image.AddFile(sub, {.Name = "EMPTY"}, "");
+    image.AddDirectory(sub, {.Name = "DEEP.D"});
+    image.AddFile(0, {.Name = "BIG.BIN"}, Noise(3000), kBig);
+    return image;
+}
+
+}  // namespace tessel

@@ -1,0 +1,399 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QComboBox>
+#include <QInputDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
+#include <QTreeWidget>
+
+#include "dialogs/modFile.h"
+#include "dialogs/settings.h"
+#include "platform/hostFiles.h"
+#include "platform/qt/chooserScreen.h"
+#include "tests/gui/screenTest.h"
+#include "volume/modGlobals.h"
+#include "volume/volumeState.h"
+
+namespace tessel {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DialogTest : public ScreenTest {
+  protected:
+    /// Answers the next message box with a button, once its title is this and its text, plain and
+    /// whole, ends so.
+    void AnswerBox(const std::string& title, const std::string& text,
+                   QMessageBox::StandardButton button) {
+        Upon<QMessageBox>([=](QMessageBox& box) {
+            EXPECT_EQ(box.windowTitle().toStdString(), title);
+            const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
+            const std::string shown = label->text().toStdString();
+            EXPECT_TRUE(shown.ends_with(text)) << shown;
+            EXPECT_EQ(label->textFormat(), Qt::PlainText);
+            EXPECT_EQ(box.buttons().size(), button == QMessageBox::Ok ? 1 : 2);
+            Click(*box.button(button));
+        });
+    }
+    static QLineEdit& NameField(QFileDialog& dialog) {
+        return *dialog.findChild<QLineEdit*>("fileNameEdit");
+    }
+    static std::string Folder(const QFileDialog& dialog) {
+        return dialog.directory().path().toStdString();
+    }
+    /// The names that a file dialog lists, once there are as many as `count`.
+    static QString Listed(QFileDialog& dialog, int count) {
+        const auto* view = dialog.findChild<QListView*>("listView");
+        const auto rows = [view] { return view->model()->rowCount(view->rootIndex()); };
+        EXPECT_TRUE(QTest::qWaitFor([&] { return rows() == count; })) << rows();
+        QStringList names;
+        for (int i = 0; i < rows(); ++i) {
+            names += view->model()->index(i, 0, view->rootIndex()).data().toString();
+        }
+        names.sort();
+        return names.join('|');
+    }
+    void OpenSample() { OpenImage(Write("disk.img", SampleImage().File())); }
+};
+const std::string kMissing = "\nThere is no such file. Please check its name.";
+const std::string kReplace = "\nThis file already exists. Do you want to replace it?";
+
+TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
+    const std::string title = "Open FAT Raw File File";
+    fs::create_directories(At("images/inner"));
+    Write("images/notes.txt", "x");
+    for (const char* name : {"UPPER.IMG", "lower.img", "noextension", "inner/deep.dsk"}) {
+        Write(std::string("images/") + name, SampleImage().File());
+    }
+    fs::current_path(At("images"));
+    Upon<QFileDialog>([&](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle().toStdString(), title);
+        EXPECT_EQ(Folder(dialog), At("images"));
+        EXPECT_EQ(NameField(dialog).text(), "");
+        auto* kinds = dialog.findChild<QComboBox*>("fileTypeCombo");
+        QStringList filters;
+        for (int i = 0; i < kinds->count(); ++i) filters += kinds->itemText(i);
+        EXPECT_EQ(filters.join('|').toStdString(),
+                  "All Disk Image Files (*.img;*.dsk;*.raw)|Image File (*.img)|Disk File (*.dsk)|"
+                  "RAW File (*.raw)|All Files (*.*)");
+        EXPECT_EQ(kinds->currentIndex(), 0);
+        EXPECT_EQ(Listed(dialog, 3), "UPPER.IMG|inner|lower.img");
+        kinds->setFocus();
+        Key(Qt::Key_End);
+        EXPECT_EQ(Listed(dialog, 5), "UPPER.IMG|inner|lower.img|noextension|notes.txt");
+        Key(Qt::Key_Escape);
+    });
+    Menu("File", "Open");
+    // A name that is missing is refused, and the dialog goes on.
+    AnswerFile("gone");
+    AnswerBox(title, At("images/gone.img") + kMissing, QMessageBox::Ok);
+    AnswerFile(At("images/no/such.img"));
+    AnswerBox(title, At("images/no/such.img") + kMissing, QMessageBox::Ok);
+    AnswerFile("");
+    Menu("File", "Open");
+    EXPECT_EQ(Title(), "Tessel");
+
+    struct Row {
+        std::string Typed, Opened;
+    };
+    for (const Row& row : {Row{"lower.img", "images/lower.img"},
+                           {"lower", "images/lower.img"},
+                           {"noextension", "images/noextension"},
+                           {At("images/UPPER.IMG"), "images/UPPER.IMG"},
+                           {"../images/inner/deep.dsk", "images/inner/deep.dsk"},
+                           {At("images/lower"), "images/lower.img"}}) {
+        SCOPED_TRACE(row.Typed);
+        AnswerFile(row.Typed);
+        Menu("File", "Open");
+        EXPECT_EQ(Title(), "FAT File System " + At(row.Opened));
+        EXPECT_TRUE(Drives[1].IsOpen);
+        Menu("File", "Close");
+    }
+    // The folder of images is remembered, for the next run too.
+    End();
+    fs::current_path(At(""));
+    RecentPaths = {};
+    Start();
+    Upon<QFileDialog>([&](QFileDialog& dialog) {
+        EXPECT_EQ(Folder(dialog), At("images"));
+        Listed(dialog, 3);
+        auto* list = dialog.findChild<QListView*>("listView");
+        const QModelIndex line = list->model()->index(1, 0, list->rootIndex());
+        Click(*list->viewport(), list->visualRect(line).center());
+        Click(The("Open", &dialog));
+    });
+    Menu("File", "Open");
+    EXPECT_EQ(Title(), "FAT File System " + At("images/lower.img"));
+}
+
+TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {
+    OpenSample();
+    ClickLine(1);
+    Write("Read me first.txt", "before");
+    fs::create_directory(At("folder"));
+    Upon<QFileDialog>([&](QFileDialog& dialog) {
+        EXPECT_EQ(dialog.windowTitle(), "Save DOS File");
+        EXPECT_EQ(NameField(dialog).text(), "Read me first.txt");
+        EXPECT_TRUE(Busy && !Hourglass()) << "the dialog waits for the person";
+        Key(Qt::Key_Return);
+    });
+    AnswerBox("Save DOS File", At("Read me first.txt") + kReplace, QMessageBox::No);
+    AnswerFile("");
+    Menu("File", "Save File");
+    EXPECT_EQ(Read("Read me first.txt"), "before");
+    EXPECT_FALSE(Busy || Hourglass());
+    EXPECT_TRUE(List->isEnabled() && List->hasFocus());
+
+    Upon<QFileDialog>([](QFileDialog&) { Key(Qt::Key_Return); });
+    AnswerBox("Save DOS File", At("Read me first.txt") + kReplace, QMessageBox::Yes);
+    Menu("File", "Save File");
+    EXPECT_EQ(Read("Read me first.txt"), "Hello\r\nWorld\r\n");
+    AnswerFile("none/x");
+    AnswerBox("Save DOS File", At("none/x") + "\nThere is no such folder. Please check its name.",
+              QMessageBox::Ok);
+    AnswerFile(At("folder/plain"));
+    Menu("File", "Save File");
+    EXPECT_EQ(Read("folder/plain"), "Hello\r\nWorld\r\n");
+
+    Write("shown.txt", "before");
+    Upon<QFileDialog>([&](QFileDialog& dialog) {
+        EXPECT_EQ(Folder(dialog), At("folder")) << "the last folder of this run";
+        Key(Qt::Key_Escape);
+    });
+    Menu("File", "Save Display");
+    AnswerFile("../shown");
+    AnswerBox("Save Display as Text File", At("shown.txt") + kReplace, QMessageBox::Yes);
+    Menu("File", "Save Display");
+    EXPECT_EQ(Read("shown.txt"), Told());
+    EXPECT_TRUE(Told().starts_with(" README"));
+    EXPECT_EQ(ReadPath("TXT"), At(""));
+}
+
+TEST_F(DialogTest, ASuggestedNameLeadsNowhereElse) {
+    const std::pair<const char16_t*, std::string> names[] = {
+        {u"../../evil", ".._.._evil"}, {u"/tmp/evil", "_tmp_evil"}, {u"..", "__"},
+        {u"a\".b\"c", "a_.b_c"},       {u"<u>&x\n", "<u>&x_"},      {u"~", "_"},
+        {u"~root", "_root"},           {u"~$x.doc", "~$x.doc"}};
+    Image image;
+    for (const auto& name : names) image.AddFile(0, {.Name = "X", .LongName = name.first}, "x");
+    fs::create_directories(At("in/side"));
+    fs::current_path(At("in/side"));
+    OpenImage(Write("evil.img", image.File()));
+    WritePath("ELSE", At("in/side/"));
+    for (const auto& [name, saved] : names) {
+        Key(Qt::Key_Down);
+        Upon<QFileDialog>([&](QFileDialog& dialog) {
+            EXPECT_EQ(NameField(dialog).text().toStdString(), saved);
+            Click(The("Save", &dialog));
+        });
+        Menu("File", "Save File");
+        EXPECT_EQ(Tree("in"), "side/\nside/" + saved + '\n');
+        fs::remove(At("in/side/") + saved);
+    }
+}
+
+TEST_F(DialogTest, BoxesShowWhateverTextAsItIsAndTheOffsetIsAskedFor) {
+    const std::string name = "<u>a<br>&lt;.img";
+    ASSERT_EQ(mkfifo(At(name).c_str(), 0600), 0);
+    AnswerFile(name);
+    AnswerBox("Error", "even if you open the file as R/O\n" + At(name), QMessageBox::Ok);
+    Menu("File", "Open");
+    AnswerFile("<b>gone");
+    AnswerBox("Open FAT Raw File File", At("<b>gone.img") + kMissing, QMessageBox::Ok);
+    AnswerFile("");
+    Menu("File", "Open");
+    EXPECT_EQ(Title(), "FAT File System");
+
+    const auto ask = [this](const char* before, const char* typed) {
+        Upon<QInputDialog>([=](QInputDialog& dialog) {
+            EXPECT_EQ(dialog.windowTitle(), "Partition Offset");
+            EXPECT_EQ(dialog.labelText(), "Input Offset (0 to 2GB)");
+            EXPECT_EQ(dialog.textValue(), before);
+            Type(typed);  // over the text there, all of which is selected
+            Key(*typed == '\0' ? Qt::Key_Escape : Qt::Key_Return);
+        });
+    };
+    ask("0", " 1x");
+    ask("1x", "1k");
+    Menu("Options", "Offset");
+    ask("1024", "");
+    Menu("Options", "Offset");
+    EXPECT_EQ(PartitionOffset, 1024);
+    OpenImage(Write("offset.img", SampleImage({.PartitionOffset = 1024}).File()));
+    EXPECT_EQ(LabelText("Volume label"), "{MYDISK     } ");
+    EXPECT_EQ(Menu("Options"), "-Offset\n");
+}
+
+class ChooserTest : public DialogTest {
+  protected:
+    ChooserTest() {
+        for (const char* name : {"out/a/one", "out/a/two", "out/z"})
+            fs::create_directories(At(name));
+        fs::current_path(At("out"));
+        OpenSample();
+    }
+    /// Chooses Save Directory, does this in the chooser, and leaves it by a button or its close
+    /// box.
+    void Choose(const char* button, std::function<void(ChooserScreen&)> act) {
+        Upon<ChooserScreen>([=, this](ChooserScreen& screen) {
+            Folders = screen.findChild<QTreeWidget*>();
+            Line = screen.findChild<QLineEdit*>();
+            act(screen);
+            if (*button != '\0') {
+                Click(The(button, &screen));
+            } else {
+                screen.windowHandle()->close();
+            }
+            EXPECT_FALSE(screen.isVisible());
+        });
+        Menu("File", "Save Directory");
+        EXPECT_FALSE(Busy);
+    }
+    void Enter(const QString& name) {
+        const auto rows = Folders->findItems(name, Qt::MatchExactly | Qt::MatchRecursive);
+        ASSERT_EQ(rows.size(), 1) << name.toStdString();
+        Click(*Folders->viewport(), Folders->visualItemRect(rows[0]).center(), true);
+    }
+    /// Where list, text line and record say the chooser is, below "out" or elsewhere; "?" when
+    /// these are at odds.
+    std::string Place() const {
+        const std::string path = Form->Chooser->dirDirBox.Path();
+        const std::string row = Folders->currentItem()->text(0).toStdString();
+        if (Line->text().toStdString() != path || !path.ends_with(row)) return "?";
+        return path.starts_with(At("out")) ? path.substr(At("out").size()) : path;
+    }
+    /// What the chooser's caller reads.
+    std::string Members() const {
+        const dialogGetDirectory& chooser = *Form->Chooser;
+        return std::to_string(chooser.ReturnValue) + (chooser.Cancel ? " cancel " : " ") +
+               chooser.DirName + ' ' + chooser.DriveName;
+    }
+
+    QTreeWidget* Folders = nullptr;
+    QLineEdit* Line = nullptr;
+};
+
+TEST_F(ChooserTest, StandsAsDesignedAndAnswersTheFolderListsPath) {
+    Choose("OK", [this](ChooserScreen& screen) {
+        EXPECT_EQ(screen.windowTitle(), "Directory Path Save All");
+        EXPECT_EQ(screen.minimumSize(), QSize(496, 340));
+        EXPECT_EQ(screen.maximumSize(), QSize(496, 340));
+        EXPECT_FALSE(screen.windowFlags() & Qt::WindowMinMaxButtonsHint);
+        const std::pair<QWidget*, QRect> places[] = {
+            {&The("OK", &screen), {408, 32, 81, 25}},
+            {&The("Cancel", &screen), {408, 88, 81, 25}},
+            {screen.findChild<QComboBox*>(), {8, 16, 385, 21}},
+            {Folders, {8, 40, 385, 246}},
+            {Line, {8, 296, 481, 25}}};
+        for (const auto& [widget, place] : places) {
+            EXPECT_EQ(widget->geometry(), place);
+            EXPECT_TRUE(widget->hasFocus()) << "the way of the Tab key";
+            if (widget != Line) Key(Qt::Key_Tab);
+        }
+        EXPECT_EQ(Place(), "");
+        Type("/nowhere");
+        Key(Qt::Key_Return);
+        EXPECT_TRUE(screen.isVisible()) << "no button is the default";
+        Key(Qt::Key_Escape);
+        EXPECT_TRUE(screen.isVisible()) << "nor the cancel button";
+    });
+    const std::string drive = DriveOf(At("out"));
+    EXPECT_EQ(Members(), "1 " + At("out ") + drive);
+    EXPECT_EQ(Read("out/disk/Read me first.txt"), "Hello\r\nWorld\r\n");
+    EXPECT_TRUE(Told().ends_with(" Total Files  - 2  Saved - 2  Failed - 0")) << Told();
+    EXPECT_TRUE(ShowsWhatIsTold());
+    fs::remove_all(At("out/disk"));
+
+    Choose("Cancel", [this](ChooserScreen&) {
+        EXPECT_EQ(Place(), "") << "the folder of the last time";
+        Enter("a");
+    });
+    EXPECT_EQ(Members(), "0 cancel  ");
+    EXPECT_EQ(Tree("out"), "a/\na/one/\na/two/\nz/\n");
+    // The close box leaves the folder that was given, which counts as chosen.
+    Choose("", [this](ChooserScreen&) { Enter("a"); });
+    EXPECT_EQ(Members(), "0 cancel " + At("out ") + At("out")) << "the rest as Cancel left it";
+    EXPECT_TRUE(fs::exists(At("out/disk/BIG.BIN")));
+}
+
+TEST_F(ChooserTest, KeysAndMouseWalkTheHostsFolders) {
+    fs::create_directory(At("out/locked"));
+    fs::permissions(At("out/locked"), fs::perms::none);
+    Choose("Cancel", [this](ChooserScreen& screen) {
+        Folders->setFocus();
+        Key(Qt::Key_Down);
+        EXPECT_EQ(Line->text().toStdString(), At("out")) << "\"a\" is only marked so far";
+        struct Row {
+            std::vector<Qt::Key> Keys;
+            const char* Place;
+        };
+        for (const Row& row : {Row{{Qt::Key_Return}, "/a"},
+                               {{Qt::Key_Down, Qt::Key_Down, Qt::Key_Enter}, "/a/two"},
+                               {{Qt::Key_Up, Qt::Key_Up, Qt::Key_Return}, ""}}) {
+            for (const Qt::Key key : row.Keys) Key(key);
+            EXPECT_EQ(Place(), row.Place);
+        }
+        for (const char* name : {"z", "out", "a", "one", "a"}) Enter(name);
+        EXPECT_EQ(Place(), "/a");
+        fs::remove(At("out/a/one"));
+        Enter("one");
+        EXPECT_EQ(Place(), "/a") << "it has gone";
+        EXPECT_EQ(Folders->currentItem()->childCount(), 1);
+        Enter("out");
+        if (geteuid() != 0) {  // who may look anywhere
+            Enter("locked");
+            EXPECT_EQ(Line->text().toStdString(), At("out"));
+            EXPECT_EQ(Form->Chooser->dirDirBox.Path(), At("out"));
+        }
+
+        auto* drives = screen.findChild<QComboBox*>();
+        std::vector<std::string> shown;
+        for (int i = 0; i < drives->count(); ++i)
+            shown.push_back(drives->itemText(i).toStdString());
+        EXPECT_EQ(shown, HostDrives());
+        EXPECT_EQ(drives->currentText().toStdString(), DriveOf(At("out")));
+        drives->setFocus();
+        std::string there = At("out");
+        for (const Qt::Key key : {Qt::Key_End, Qt::Key_Home}) {
+            const std::string& drive = key == Qt::Key_End ? shown.back() : shown.front();
+            if (drive != DriveOf(there) && FolderCanBeListed(drive)) there = drive;
+            Key(key);
+            EXPECT_EQ(Form->Chooser->dirDirBox.Path(), there);
+            EXPECT_EQ(Line->text().toStdString(), there);
+            EXPECT_EQ(drives->currentText().toStdString(), DriveOf(there));
+        }
+    });
+    fs::permissions(At("out/locked"), fs::perms::owner_all);
+}
+
+TEST_F(ChooserTest, StandsWhereItWasLeft) {
+    Choose("Cancel", [&](ChooserScreen& screen) {
+        EXPECT_EQ(screen.pos(), QPoint(200, 200));
+        screen.move(120, 90);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Form->Chooser->Form.Left == 1800; }));
+    });
+    const auto isThere = [](ChooserScreen& screen) { EXPECT_EQ(screen.pos(), QPoint(120, 90)); };
+    Choose("Cancel", isThere);
+    EXPECT_EQ(TheHost.Settings.Read("SaveALL", "Left", ""), "") << "stored at the end only";
+    End();
+    EXPECT_EQ(TheHost.Settings.Read("SaveALL", "Left", ""), "1800");
+    EXPECT_EQ(TheHost.Settings.Read("SaveALL", "Top", ""), "1350");
+    Start();
+    OpenImage(At("disk.img"));
+    Choose("Cancel", isThere);
+    End();
+    TheHost.Settings.Write("SaveALL", "Left", "9e9");  // as of a screen that has gone
+    Start();
+    OpenImage(At("disk.img"));
+    Choose("Cancel", [](ChooserScreen& screen) {
+        const QRect room = screen.screen()->availableGeometry();
+        EXPECT_TRUE(room.contains(QRect(screen.pos(), screen.size())));
+        EXPECT_EQ(screen.y(), 90);
+    });
+}
+
+}  // namespace
+}  // namespace tessel

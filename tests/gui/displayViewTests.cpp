@@ -1,0 +1,289 @@
+#include <gtest/gtest.h>
+
+#include <QAccessible>
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QScrollBar>
+#include <QTest>
+
+#include "platform/qt/displayView.h"
+
+namespace tessel {
+namespace {
+
+constexpr std::int64_t kNumbered = 17;  // length of a numbered line
+
+/// Lines such as "line 0000000042\r\n"; counts what is read of them.
+GeneratedText NumberedLines(std::int64_t lines, std::int64_t& bytesRead) {
+    GeneratedText text{lines * kNumbered, lines, {}, {}, {}};
+    text.Read = [&bytesRead](TextOffset at, std::size_t count, std::string& out) {
+        bytesRead += static_cast<std::int64_t>(count);
+        std::string made;
+        const auto skip = static_cast<std::size_t>(at % kNumbered);
+        for (std::int64_t line = at / kNumbered; made.size() < skip + count; ++line) {
+            const std::string number = std::to_string(line);
+            made += "line " + std::string(10 - number.size(), '0') + number + "\r\n";
+        }
+        out.append(made, skip, count);
+    };
+    text.BreaksUpTo = [](TextOffset at) { return at / kNumbered; };
+    text.BehindBreak = [](std::int64_t n) { return n * kNumbered; };
+    return text;
+}
+
+/// One line of `size` bytes, "x" each but for `mark`, which stands at `at`.
+GeneratedText MarkedLine(std::int64_t size, const std::string& mark, TextOffset at) {
+    GeneratedText text{size, 0, {}, {}, {}};
+    text.Read = [=](TextOffset from, std::size_t count, std::string& out) {
+        for (TextOffset i = from; i < from + static_cast<TextOffset>(count); ++i) {
+            const bool inside = i >= at && i < at + std::ssize(mark);
+            out += inside ? mark[static_cast<std::size_t>(i - at)] : 'x';
+        }
+    };
+    text.BreaksUpTo = [](TextOffset) { return 0; };
+    text.BehindBreak = [](std::int64_t) { return 0; };
+    return text;
+}
+
+class DisplayViewTest : public testing::Test {
+  protected:
+    DisplayViewTest() {
+        Top.resize(700, 300);
+        View.resize(700, 300);
+        Top.show();
+        View.setFocus();
+        QCoreApplication::processEvents();
+    }
+
+    void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        QTest::keyClick(&View, key, with);
+    }
+    QPoint At(TextOffset place) {
+        const QRect cell = View.CellRect(place);
+        return {cell.left() + 1, cell.center().y()};
+    }
+    void Drag(TextOffset from, TextOffset to) {
+        QTest::mousePress(View.viewport(), Qt::LeftButton, {}, At(from));
+        QTest::mouseMove(View.viewport(), At(to));
+        QTest::mouseRelease(View.viewport(), Qt::LeftButton, {}, At(to));
+    }
+    /// What the record says about the lines that are in sight.
+    std::string Expected() {
+        const std::int64_t rows = View.VisibleLineCount() + 1;
+        const std::int64_t count = std::min(rows, Box.Text.LineCount() - View.TopLine());
+        std::string lines = Box.Text.Lines(View.TopLine(), count);
+        std::erase(lines, '\r');
+        if (View.TopLine() + count < Box.Text.LineCount()) lines.pop_back();
+        return lines;
+    }
+    QLineEdit* Field() { return View.findChild<QLineEdit*>("findField"); }
+    QString Find(const QString& wanted, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        Field()->setText(wanted);
+        QTest::keyClick(Field(), Qt::Key_Return, with);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !View.Finder().IsSearching(); }, 20000));
+        return View.Finder().Status();
+    }
+
+    DisplayBox Box;
+    QWidget Top;
+    DisplayView View{Box, &Top};
+    std::int64_t BytesRead = 0;
+};
+
+TEST_F(DisplayViewTest, ScreenfulsAreWhatTheRecordSaysAndNoMoreIsRead) {
+    Box.Text.Append("first\r\nsecond\n\r\n");
+    Box.Text.Append(NumberedLines(134'000'000, BytesRead));
+    EXPECT_EQ(View.VisibleText(), Expected());
+    View.ScrollToLine(67'000'000);
+    EXPECT_EQ(View.TopLine(), 67'000'000);
+    EXPECT_EQ(View.VisibleText(), Expected());
+    Key(Qt::Key_End, Qt::ControlModifier);
+    EXPECT_EQ(View.TopLine(), Box.Text.LineCount() - View.VisibleLineCount());
+    EXPECT_EQ(View.VisibleText(), Expected());
+    EXPECT_TRUE(View.VisibleText().ends_with("line 0133999999\n"));
+    View.verticalScrollBar()->setValue(0);
+    EXPECT_EQ(View.TopLine(), 0);
+    QTest::qWait(40);
+    EXPECT_LT(BytesRead, 100'000);
+}
+
+TEST_F(DisplayViewTest, MoreLinesThanAScrollBarCountsAreReachedOneByOne) {
+    Box.Text.Append(NumberedLines(3'000'000'000, BytesRead));
+    View.ScrollToLine(2'999'000'001);
+    View.verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    EXPECT_EQ(View.TopLine(), 2'999'000'002);
+    View.verticalScrollBar()->setValue(View.verticalScrollBar()->maximum());
+    EXPECT_EQ(View.TopLine(), Box.Text.LineCount() - View.VisibleLineCount());
+}
+
+TEST_F(DisplayViewTest, ShowsEachKindOfCharacterInItsCells) {
+    for (int i = 0; i < 10; ++i) Box.Text.TabStops.push_back(9 * i);
+    Box.Text.Replace(
+        "\ta\t|\r\xC3\xBC\xFF"
+        "e\x01\x7F\xE2\x80\xAE|\xC3");
+    EXPECT_EQ(View.VisibleText(), "        a       |\n\xC3\xBC\uFFFDe\uFFFD\uFFFD\uFFFD|\uFFFD");
+    // A tab in a long line is one cell, so that nothing in front of it need be read.
+    Box.Text.Replace(std::string(5000, 'x') + "\ty");
+    Key(Qt::Key_End);
+    EXPECT_TRUE(View.VisibleText().ends_with("x y")) << View.VisibleText();
+}
+
+TEST_F(DisplayViewTest, MouseSelectsOverThePiecesBorder) {
+    Box.Text.Append("one \xC3\xBC two\r\n");
+    Box.Text.Append(NumberedLines(1000, BytesRead));
+    Drag(4, 12 + kNumbered + 4);
+    EXPECT_EQ(View.SelectedText(), "\xC3\xBC two\r\nline 0000000000\r\nline");
+    Key(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "ü two\nline 0000000000\nline");
+    // From the right half of a character on, the place behind it is meant, never one within it.
+    const QRect cell = View.CellRect(4);
+    QTest::mouseClick(View.viewport(), Qt::LeftButton, Qt::ShiftModifier,
+                      {cell.right(), cell.center().y()});
+    EXPECT_EQ(View.Anchor(), 4);
+    EXPECT_EQ(View.Caret(), 6);
+    QTest::mouseDClick(View.viewport(), Qt::LeftButton, {}, At(8));
+    EXPECT_EQ(View.SelectedText(), "two");
+    QTest::mouseClick(View.viewport(), Qt::LeftButton, {}, At(8));
+    EXPECT_EQ(View.SelectedText(), "one \xC3\xBC two\r\n");
+}
+
+TEST_F(DisplayViewTest, KeysMoveAndSelectByCharactersWordsAndLines) {
+    Box.Text.Replace(
+        "a\xC3\xBC"
+        "b word\r\n\r\nlast");
+    Key(Qt::Key_Right);
+    Key(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(View.SelectedText(), "\xC3\xBC");
+    Key(Qt::Key_Right, Qt::ControlModifier);
+    EXPECT_EQ(View.Caret(), 5);
+    Key(Qt::Key_Right, Qt::ControlModifier);
+    Key(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(View.SelectedText(), "\r\n");
+    Key(Qt::Key_Home, Qt::ControlModifier);
+    Key(Qt::Key_End);
+    Key(Qt::Key_Down);
+    EXPECT_EQ(View.Caret(), 11);
+    Key(Qt::Key_Down);  // along the column that it came from, as far as the line goes
+    EXPECT_EQ(View.Caret(), Box.Text.Size());
+    Key(Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_EQ(View.Caret(), 13);
+    EXPECT_EQ(Box.Text.Text(),
+              "a\xC3\xBC"
+              "b word\r\n\r\nlast");
+}
+
+TEST_F(DisplayViewTest, RefusesToCopyWhatNoClipboardShouldHold) {
+    Box.Text.Append(NumberedLines(100'000'000, BytesRead));
+    QApplication::clipboard()->setText("before");
+    Key(Qt::Key_A, Qt::ControlModifier);
+    Key(Qt::Key_C, Qt::ControlModifier);
+    auto* box = Top.findChild<QMessageBox*>();
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->text().contains("1.6 GB") && box->text().contains("64 MB"));
+    box->close();
+    EXPECT_EQ(QApplication::clipboard()->text(), "before");
+    EXPECT_LT(BytesRead, 100'000);
+}
+
+TEST_F(DisplayViewTest, FindsOverAStepsBorderAndAroundTheEnds) {
+    const TextOffset place = TextSearch::kStep - 2;
+    Box.Text.Append("Mark here\r\n");
+    Box.Text.Append(MarkedLine(3 * TextSearch::kStep, "maRK", place));
+    Key(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_TRUE(View.Finder().isVisible());
+    EXPECT_EQ(Find("mark"), "");
+    EXPECT_EQ(View.SelectedText(), "Mark");
+    EXPECT_EQ(Find("mark"), "");
+    EXPECT_EQ(View.SelectedText(), "maRK");
+    EXPECT_EQ(std::min(View.Anchor(), View.Caret()), 11 + place);
+    EXPECT_NE(View.VisibleText().find("maRK"), std::string::npos);
+    EXPECT_EQ(Find("mark"), "Went on from the top");
+    EXPECT_EQ(View.SelectedText(), "Mark");
+    EXPECT_EQ(Find("mark", Qt::ShiftModifier), "Went on from the end");
+    EXPECT_EQ(View.SelectedText(), "maRK");
+    EXPECT_EQ(Find("mark", Qt::ShiftModifier), "");
+    EXPECT_EQ(View.SelectedText(), "Mark");
+    EXPECT_EQ(Find("marker"), "No match");
+
+    // A search that is on its way ends when the display becomes another.
+    Field()->setText("nowhere");
+    QTest::keyClick(Field(), Qt::Key_Return);
+    EXPECT_TRUE(View.Finder().IsSearching());
+    Box.Text.Replace("nowhere");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !View.Finder().IsSearching(); }, 5000));
+    EXPECT_EQ(View.SelectedText(), "");
+    QTest::keyClick(Field(), Qt::Key_Escape);
+    EXPECT_FALSE(View.Finder().isVisible());
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(&View, &escape);
+    EXPECT_FALSE(escape.isAccepted());  // it is the window's
+}
+
+TEST_F(DisplayViewTest, OneLineOf256MegabytesScrollsToItsEnd) {
+    const std::int64_t size = 256 << 20;
+    Box.Text.Append(MarkedLine(size, "end", size - 3));
+    Key(Qt::Key_End);
+    EXPECT_EQ(View.Caret(), size);
+    const std::string shown = View.VisibleText();
+    EXPECT_EQ(shown, Box.Text.Text(View.LeftColumn(), std::ssize(shown)));
+    EXPECT_TRUE(shown.ends_with("xend"));
+    Key(Qt::Key_Home);
+    EXPECT_EQ(View.LeftColumn(), 0);
+}
+
+TEST_F(DisplayViewTest, FollowsGrowthAndStartsAnewWithAnotherText) {
+    Box.Text.Append(NumberedLines(5, BytesRead));
+    View.Select(3, 8);
+    Box.Text.GrowLast(500 * kNumbered, 500);
+    EXPECT_EQ(View.VisibleText(), Expected());
+    EXPECT_EQ(View.SelectedText(), "e 000");
+    View.ScrollToLine(400);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [this] { return View.verticalScrollBar()->maximum() == 501 - View.VisibleLineCount(); }));
+    // The text goes away under a pressed button, and comes back shorter.
+    QTest::mousePress(View.viewport(), Qt::LeftButton, {}, QPoint(60, 60));
+    Box.Text.Clear();
+    QTest::mouseMove(View.viewport(), QPoint(90, 400));
+    QTest::mouseRelease(View.viewport(), Qt::LeftButton, {}, QPoint(90, 400));
+    EXPECT_EQ(View.VisibleText(), "");
+    EXPECT_EQ(View.TopLine(), 0);
+    Box.Text.Replace("new");
+    EXPECT_EQ(View.VisibleText(), "new");
+    EXPECT_EQ(View.Caret(), 0);
+    for (const QSize size : {QSize(0, 0), QSize(1, 1), QSize(5, 200), QSize(200, 5)}) {
+        View.resize(size);
+        Key(Qt::Key_PageDown, Qt::ShiftModifier);
+        View.viewport()->repaint();
+    }
+    EXPECT_EQ(View.Caret(), 0);
+}
+
+TEST_F(DisplayViewTest, ScreenReadersReadWhatIsInSight) {
+    Box.Text.Append(NumberedLines(1000, BytesRead));
+    View.ScrollToLine(500);
+    auto* reader = QAccessible::queryAccessibleInterface(&View);
+    ASSERT_NE(reader, nullptr);
+    EXPECT_EQ(reader->text(QAccessible::Name), "Display");
+    auto* text = reader->textInterface();
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->text(0, text->characterCount()).toStdString(), View.VisibleText());
+    EXPECT_EQ(text->text(0, 15), "line 0000000500");
+    text->setCursorPosition(21);  // 16 characters a line here, with its line break
+    EXPECT_EQ(View.Caret(), 501 * kNumbered + 5);
+    EXPECT_EQ(text->cursorPosition(), 21);
+    EXPECT_TRUE(reader->state().readOnly);
+    int from = 0;
+    int to = 0;
+    EXPECT_EQ(text->textAtOffset(21, QAccessible::WordBoundary, &from, &to), "0000000501");
+    EXPECT_EQ(text->textBeforeOffset(21, QAccessible::LineBoundary, &from, &to),
+              "line 0000000500\n");
+    const int end = text->characterCount();
+    EXPECT_EQ(text->textAtOffset(end, QAccessible::WordBoundary, &from, &to), "");
+    EXPECT_EQ(to, end);
+}
+
+}  // namespace
+}  // namespace tessel

@@ -1,0 +1,155 @@
+#include "tests/gui/screenTest.h"
+
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSettings>
+#include <QTest>
+
+#include "platform/qt/hostDesk.h"
+#include "volume/modGlobals.h"
+
+namespace tessel {
+namespace {
+
+QAction* ActionOf(const QWidget& of, const QString& caption) {
+    for (QAction* action : of.actions()) {
+        if (action->text() == caption) return action;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+ScreenTest::ScreenTest() {
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                       QString::fromStdString(At("settings")));
+    UseToolkitDialogs = true;
+    FillHost();
+    Start();
+    QObject::connect(&Eyes, &QTimer::timeout, &Eyes, [this] { Look(); });
+    Eyes.start(1);
+}
+
+ScreenTest::~ScreenTest() {
+    EXPECT_TRUE(Steps.empty()) << Steps.size() << " dialogs or long operations never came";
+    Eyes.stop();
+    End();
+}
+
+void ScreenTest::Start() {
+    Form = std::make_unique<formTessel>();
+    Screen = std::make_unique<MainScreen>(*Form);
+    TheHost.ShowModal = [this](Window&) { Screen->ShowChooser(); };
+    Form->Form_Load();
+    Screen->show();
+    List = Screen->findChild<QListView*>();
+    Display = Screen->findChild<DisplayView*>();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(Screen.get()));
+}
+
+void ScreenTest::End() {
+    Form->Form_Unload();
+    Screen.reset();
+    Form.reset();
+}
+
+void ScreenTest::Look() {
+    constexpr int kPatience = 10000;  // ms
+    if (QApplication::activeModalWidget() == nullptr) SinceStep.restart();
+    if (!Steps.empty() && Steps.front().IsReady()) {
+        const Step step = std::move(Steps.front());
+        Steps.pop_front();
+        step.Act();
+        SinceStep.restart();
+    } else if (SinceStep.elapsed() > kPatience) {
+        auto* modal = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        ADD_FAILURE() << "nobody answers \"" << modal->windowTitle().toStdString() << '"';
+        Steps.clear();
+        modal->done(0);
+    }
+}
+
+void ScreenTest::WhileBusy(std::function<void()> act) {
+    Steps.push_back(
+        {[this] { return Busy && Form->rtfDisplay.Text.LineCount() > 1000; }, std::move(act)});
+}
+
+void ScreenTest::AnswerFile(const std::string& typed) {
+    Upon<QFileDialog>([typed](QFileDialog& dialog) {
+        if (typed.empty()) return Key(Qt::Key_Escape);
+        EXPECT_TRUE(dialog.findChild<QLineEdit*>("fileNameEdit")->hasFocus());
+        Key(Qt::Key_A, Qt::ControlModifier);
+        Type(QString::fromStdString(typed));
+        Key(Qt::Key_Return);
+    });
+}
+
+void ScreenTest::Click(QWidget& widget, QPoint at, bool twice) {
+    QWindow* window = widget.window()->windowHandle();
+    const QPoint place = widget.mapTo(widget.window(), at);
+    if (twice) return QTest::mouseDClick(window, Qt::LeftButton, {}, place);
+    QTest::mouseClick(window, Qt::LeftButton, {}, place);
+}
+
+void ScreenTest::Key(Qt::Key key, Qt::KeyboardModifiers with) {
+    ASSERT_NE(QGuiApplication::focusWindow(), nullptr);
+    QTest::keyClick(QGuiApplication::focusWindow(), key, with);
+}
+
+void ScreenTest::Type(const QString& text) {
+    for (const QChar unit : text) QTest::keyClick(QGuiApplication::focusWindow(), unit.toLatin1());
+}
+
+std::string ScreenTest::Menu(const QString& menu, const QString& entry) {
+    QMenuBar& bar = *Screen->menuBar();
+    QAction* title = ActionOf(bar, menu);
+    Click(bar, bar.actionGeometry(title).center());
+    QMenu& view = *title->menu();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view.isVisible(); }));
+    std::string entries;
+    for (const QAction* action : view.actions()) {
+        EXPECT_TRUE(action->shortcut().isEmpty());
+        entries += (action->isEnabled() ? "" : "-") + action->text().toStdString() + '\n';
+    }
+    if (entry.isEmpty()) {
+        Key(Qt::Key_Escape);
+    } else {
+        Click(view, view.actionGeometry(ActionOf(view, entry)).center());
+    }
+    EXPECT_FALSE(view.isVisible());
+    // Without a desktop nobody hands the keyboard back when a dialog has gone.
+    Screen->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(Screen.get()));
+    return entries;
+}
+
+void ScreenTest::OpenImage(const std::string& path) {
+    AnswerFile(path);
+    Menu("File", "Open");
+    EXPECT_EQ(Title(), "FAT File System " + path);
+}
+
+QWidget& ScreenTest::The(const QString& name, const QWidget* in) const {
+    for (QWidget* widget : (in != nullptr ? in : Screen.get())->findChildren<QWidget*>()) {
+        const auto* button = qobject_cast<QAbstractButton*>(widget);
+        if (button != nullptr && button->text().remove('&') == name) return *widget;
+        if (widget->accessibleDescription() == name) return *widget;
+    }
+    throw std::invalid_argument("nothing is called " + name.toStdString());
+}
+
+bool ScreenTest::Hourglass() {
+    const QCursor* cursor = QApplication::overrideCursor();
+    return cursor != nullptr && cursor->shape() == Qt::WaitCursor;
+}
+
+testing::AssertionResult ScreenTest::ShowsWhatIsTold() {
+    const TextDisplay& text = Form->rtfDisplay.Text;
+    std::string told = text.Lines(0, Display->VisibleLineCount() + 1);
+    std::erase(told, '\r');
+    const std::string shown = Display->VisibleText();
+    return Same(shown, told.substr(0, shown.size()));
+}
+
+}  // namespace tessel

@@ -1,0 +1,336 @@
+#include <QClipboard>
+#include <QFontInfo>
+#include <QGroupBox>
+#include <QRadioButton>
+#include <QTest>
+#include <numeric>
+
+#include "tests/gui/screenTest.h"
+#include "volume/modGlobals.h"
+#include "volume/volumeState.h"
+
+namespace tessel {
+namespace {
+
+class MainScreenTest : public ScreenTest {
+  protected:
+    /// The line that is selected and that the display tells of; -1 when these are at odds.
+    int Line() {
+        const int line = Form->listDIR.ListIndex();
+        const QModelIndex shown = List->currentIndex();
+        const bool selected = shown.row() == line && List->selectionModel()->isSelected(shown);
+        return selected && Told().starts_with(Form->listDIR.Text(line)) ? line : -1;
+    }
+    /// Opens a FAT16 volume of nearly 2 GB that takes next to no room on the host and is filled by
+    /// one file, and chooses Dump.
+    void OpenBigImage() {
+        Layout layout = Layout::Fat16(65002, 64);
+        const int sectors = std::exchange(layout.LargeSectors, 1024);  // the rest is zeros
+        Image image(layout);
+        std::vector<int> chain(65000);
+        std::iota(chain.begin(), chain.end(), 2);
+        image.Link(chain);
+        image.Add(0, {.Name = "BIG.BIN", .Cluster = 2, .Size = std::int64_t{65000} * 32768});
+        image.Poke(32, std::string(reinterpret_cast<const char*>(&sectors), sizeof sectors));
+        const std::string path = Write("big.img", image.File());
+        std::filesystem::resize_file(path, static_cast<std::uintmax_t>(sectors) * 512);
+        OpenImage(path);
+        Click(The("Dump"));
+    }
+    /// The display holds a part of the big file's dump, and the window is at rest again.
+    void ExpectStopped() {
+        const std::int64_t lines = Form->rtfDisplay.Text.LineCount();
+        EXPECT_TRUE(lines > 1000 && lines < std::int64_t{65000} * 2048) << lines;
+        EXPECT_EQ(Form->rtfDisplay.Text.Lines(0, 1).substr(0, 30),
+                  "0002-00000000 (0002-0000000) 0");
+        EXPECT_FALSE(Busy || Hourglass() || The("STOP").isEnabled());
+        EXPECT_TRUE(List->hasFocus());
+    }
+};
+
+TEST_F(MainScreenTest, StandsAsItWasDesigned) {
+    const QWidget* inside = Screen->centralWidget();
+    EXPECT_EQ(inside->size(), QSize(806, 369));
+    EXPECT_EQ(Title(), "Tessel");
+    EXPECT_EQ(LabelText("Version"), "V 1.0.0");
+    const auto* frame = Screen->findChild<QGroupBox*>();
+    EXPECT_EQ(frame->title(), "Display");
+    const auto place = [&](const QWidget& widget) {
+        const QPoint at = widget.mapTo(inside, QPoint());
+        return QRect(at, widget.size());
+    };
+    EXPECT_EQ(place(*frame), QRect(0, 0, 113, 81));
+    EXPECT_EQ(place(*List), QRect(0, 104, 121, 265));
+    EXPECT_EQ(place(*Display), QRect(120, 40, 686, 329));
+    EXPECT_FALSE(List->isEnabled());
+    struct Row {
+        const char* Name;
+        QRect Place;
+        bool Enabled;
+    };
+    const Row rows[] = {{"File info", {16, 16, 73, 13}, false},
+                        {"Display", {16, 32, 57, 13}, false},
+                        {"Dump", {16, 48, 49, 13}, false},
+                        {"SuperBlock", {16, 64, 81, 13}, false},
+                        {"Volume label", {120, 8, 105, 17}, true},
+                        {"STOP", {232, 8, 73, 25}, true},
+                        {"File system type", {312, 8, 41, 17}, true},
+                        {"Directory", {360, 8, 57, 25}, false},
+                        {"Boot Sector", {424, 8, 81, 25}, false},
+                        {"FAT0", {512, 8, 57, 25}, false},
+                        {"Root", {576, 8, 57, 25}, false},
+                        {"Version", {656, 8, 81, 17}, true},
+                        {"Current directory", {8, 88, 105, 17}, true}};
+    for (const Row& row : rows) {
+        const QWidget& widget = The(row.Name);
+        EXPECT_EQ(place(widget), row.Place) << row.Name;
+        EXPECT_EQ(widget.isEnabled(), row.Enabled) << row.Name;
+        const auto* button = qobject_cast<const QAbstractButton*>(&widget);
+        if (button == nullptr) continue;
+        const int mark = qobject_cast<const QRadioButton*>(button) != nullptr ? 16 : 0;
+        EXPECT_LE(mark + button->fontMetrics().horizontalAdvance(row.Name), row.Place.width());
+        EXPECT_EQ(button->isChecked(), &row == rows);
+    }
+    EXPECT_EQ(Menu("File"), "Open\nClose\n\nSave Display\n-Save File\n\n-Save Directory\n\nExit\n");
+    EXPECT_EQ(Menu("Options"), "Offset\n");
+
+    EXPECT_EQ(List->font().pointSizeF(), 8.25);
+    const std::string family = QFontInfo(List->font()).family().toStdString();
+    EXPECT_TRUE(family == "Courier New" || family == "Liberation Mono") << family;
+    Form->rtfDisplay.Text.Replace("iW");
+    EXPECT_TRUE(ShowsWhatIsTold());
+    for (const int i : {0, 1}) {
+        EXPECT_EQ(Display->CellRect(i).width(), List->fontMetrics().horizontalAdvance('W'));
+    }
+}
+
+TEST_F(MainScreenTest, TabVisitsTheControlsAndAColourTellsWhereTheTypeComesFrom) {
+    const auto bluePixels = [this] {
+        const QImage picture = The("File system type").grab().toImage();
+        int blue = 0;
+        for (int i = 0; i < picture.width() * picture.height(); ++i) {
+            const QColor pixel = picture.pixelColor(i % picture.width(), i / picture.width());
+            blue += pixel.blue() > pixel.red() + 100;
+        }
+        return blue;
+    };
+    OpenImage(Write("nameless.img", SampleImage({.SystemId = "        "}).File()));
+    EXPECT_EQ(LabelText("File system type"), "Fat12");
+    EXPECT_GT(bluePixels(), 10);
+    OpenImage(Write("disk.img", SampleImage().File()));
+    EXPECT_EQ(LabelText("File system type"), "FAT12");
+    EXPECT_EQ(LabelText("Volume label"), "{MYDISK     } ");
+    EXPECT_EQ(bluePixels(), 0);
+
+    std::string way;
+    for (int i = 0; i < 11; ++i, Key(Qt::Key_Tab)) {
+        const auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
+        way += List->hasFocus()      ? "list"
+               : Display->hasFocus() ? "display"
+               : button != nullptr   ? button->text().toStdString()
+                                     : "?";
+        way += ", ";
+    }
+    EXPECT_EQ(way,
+              "list, display, STOP, Boot Sector, FAT0, Root, Dump, Display, File info, "
+              "Directory, list, ");
+    Key(Qt::Key_Backtab, Qt::ShiftModifier);
+    Key(Qt::Key_Backtab, Qt::ShiftModifier);
+    Key(Qt::Key_Return);
+    EXPECT_NE(Told().find("{MYDISK"), std::string::npos) << "Enter presses a button: Directory";
+}
+
+TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
+    Image image = SampleImage();
+    for (int i = 10; i < 50; ++i) image.AddFile(0, {.Name = "F" + std::to_string(i)}, "x");
+    OpenImage(Write("disk.img", image.File()));
+    EXPECT_TRUE(List->hasFocus());
+    EXPECT_EQ(Display->VisibleText(), "") << "the first line is selected but not shown";
+    const int last = Form->listDIR.Count() - 1;
+    const std::pair<Qt::Key, int> moves[] = {
+        {Qt::Key_Space, 0},  {Qt::Key_Down, 1},    {Qt::Key_Up, 0},  {Qt::Key_Up, 0},
+        {Qt::Key_End, last}, {Qt::Key_Down, last}, {Qt::Key_Home, 0}};
+    for (const auto& [key, line] : moves) {
+        Key(key);
+        EXPECT_EQ(Line(), line);
+    }
+    Key(Qt::Key_PageDown);
+    const int page = Line();
+    EXPECT_TRUE(page > 5 && page < last);
+    Key(Qt::Key_PageDown);
+    EXPECT_GT(Line(), page);
+    EXPECT_TRUE(List->viewport()->rect().contains(LineAt(Line()))) << "scrolled into sight";
+    Type("f33");
+    EXPECT_EQ(Told().substr(0, 5), " F33 ");
+    Key(Qt::Key_Home);
+    ClickLine(3);
+    EXPECT_EQ(Line(), 3);
+    EXPECT_EQ(Display->VisibleText().substr(0, 14), " BIG     .BIN ");
+    EXPECT_TRUE(ShowsWhatIsTold());
+
+    const auto at = [&](int line) { return List->viewport()->mapTo(Screen.get(), LineAt(line)); };
+    QTest::mousePress(Screen->windowHandle(), Qt::LeftButton, {}, at(1));
+    QTest::mouseMove(Screen->windowHandle(), at(4));
+    QTest::mouseRelease(Screen->windowHandle(), Qt::LeftButton, {}, at(4));
+    EXPECT_EQ(Line(), 4) << "a drag takes the selection along";
+
+    ClickLine(1, true);
+    EXPECT_EQ(LabelText("Current directory"), "") << "a file";
+    EXPECT_EQ(Line(), 1);
+    struct Row {
+        int Line;
+        const char* Directory;
+        int Lines;
+    };
+    for (const Row& row : {Row{2, "SUBFOL~1", 5},
+                           {4, "DEEP.D", 2},
+                           {1, "SUBFOL~1", 5},
+                           {0, "SUBFOL~1", 5},
+                           {1, "", last + 1}}) {
+        ClickLine(row.Line, true);
+        EXPECT_EQ(LabelText("Current directory"), row.Directory);
+        EXPECT_EQ(List->model()->rowCount(), row.Lines);
+        EXPECT_EQ(Line(), 0);
+    }
+    for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) {
+        EXPECT_EQ(LabelText("Current directory"), "");
+        Key(Qt::Key_Down);
+        Key(Qt::Key_Down);
+        Key(enter);
+        EXPECT_EQ(LabelText("Current directory"), "SUBFOL~1");
+        Key(Qt::Key_Down);
+        Key(enter);
+    }
+    EXPECT_TRUE(ShowsWhatIsTold());
+}
+
+TEST_F(MainScreenTest, ModesAndButtonsFillADisplayThatNobodyCanEdit) {
+    OpenImage(Write("disk.img", SampleImage().File()));
+    Click(The("Dump"));
+    EXPECT_TRUE(Told().starts_with(" Raw Root Directory")) << Told().substr(0, 40);
+    EXPECT_TRUE(The("Dump").hasFocus()) << "as before it was disabled for the dump";
+    ClickLine(1);
+    EXPECT_TRUE(Same(Told(), ChainDump({2}, "Hello\r\nWorld\r\n")));
+    EXPECT_TRUE(List->hasFocus());
+    Key(Qt::Key_Down);
+    Key(Qt::Key_Down);
+    EXPECT_TRUE(Same(Told(), ChainDump(kBig, Noise(3000))));
+    EXPECT_TRUE(ShowsWhatIsTold());
+    EXPECT_TRUE(IsChosen("Dump") && !IsChosen("File info"));
+    Click(The("Display"));
+    EXPECT_TRUE(IsChosen("Display") && !IsChosen("Dump"));
+    ClickLine(1);
+    EXPECT_EQ(Display->VisibleText(), "Hello\nWorld\n");
+
+    Click(*Display->viewport());
+    QApplication::clipboard()->setText("pasted");
+    Type("xyz ");
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Backspace, Qt::Key_Delete}) Key(key);
+    for (const Qt::Key key : {Qt::Key_A, Qt::Key_V, Qt::Key_X}) Key(key, Qt::ControlModifier);
+    EXPECT_EQ(Told(), "Hello\r\nWorld\r\n");
+    EXPECT_EQ(Display->VisibleText(), "Hello\nWorld\n");
+
+    const std::pair<const char*, const char*> buttons[] = {{"Boot Sector", " Raw Boot Sector 0"},
+                                                           {"FAT0", "0000 (0000) 0FF0 0FFF"},
+                                                           {"Root", " Raw Root Directory"},
+                                                           {"Directory", "Read me first.txt"}};
+    for (const auto& [caption, text] : buttons) {
+        Click(The(caption));
+        EXPECT_NE(Told().find(text), std::string::npos) << caption;
+        EXPECT_TRUE(ShowsWhatIsTold());
+    }
+    Click(The("Display"));
+    EXPECT_TRUE(IsChosen("Display"));
+    EXPECT_EQ(Told(), "Hello\r\nWorld\r\n") << "again, over a report";
+    Click(The("SuperBlock"));
+    EXPECT_FALSE(IsChosen("SuperBlock"));
+    Menu("File", "Close");
+    EXPECT_EQ(Title(), "FAT File System");
+    EXPECT_EQ(Display->VisibleText(), "");
+    EXPECT_EQ(List->model()->rowCount(), 0);
+}
+
+TEST_F(MainScreenTest, StopEndsALongDumpByMouseAndByKey) {
+    OpenBigImage();
+    const QPoint line = List->viewport()->mapTo(Screen.get(), LineAt(1));
+    WhileBusy([&] {
+        QTest::mouseRelease(Screen->windowHandle(), Qt::LeftButton, {}, line);
+        EXPECT_TRUE(Hourglass());
+        EXPECT_FALSE(List->isEnabled() || The("Dump").isEnabled() || The("Root").isEnabled());
+        EXPECT_EQ(Menu("File"),
+                  "Open\nClose\n\nSave Display\n-Save File\n\n-Save Directory\n\nExit\n");
+        EXPECT_TRUE(ShowsWhatIsTold());
+        Click(The("STOP"));
+    });
+    QTest::mousePress(Screen->windowHandle(), Qt::LeftButton, {}, line);
+    ExpectStopped();
+    Key(Qt::Key_Home);
+    EXPECT_TRUE(Told().starts_with(" Raw Root Directory"));
+    WhileBusy([] { Key(Qt::Key_Escape); });
+    Key(Qt::Key_Down);
+    ExpectStopped();
+}
+
+TEST_F(MainScreenTest, CloseAndTheCloseBoxWhileBusyWaitForTheEnd) {
+    OpenBigImage();
+    WhileBusy([this] {
+        Menu("File", "Close");
+        EXPECT_TRUE(Busy && Drives[1].IsOpen && List->model()->rowCount() > 0);
+    });
+    ClickLine(1);
+    EXPECT_FALSE(Busy || Hourglass() || Drives[1].IsOpen || List->isEnabled());
+    EXPECT_EQ(Title(), "FAT File System");
+    EXPECT_EQ(Display->VisibleText(), "");
+    EXPECT_EQ(List->model()->rowCount(), 0);
+
+    OpenBigImage();
+    int ends = 0;
+    TheHost.EndProgram = [&ends, end = TheHost.EndProgram] {
+        ++ends;
+        EXPECT_FALSE(Busy || Hourglass());
+        end();
+    };
+    QTimer late;
+    QObject::connect(&late, &QTimer::timeout, [] { QCoreApplication::exit(1); });
+    late.start(30000);
+    const auto close = [this] { Screen->windowHandle()->close(); };
+    WhileBusy([&] {
+        close();
+        EXPECT_TRUE(Busy && Screen->isVisible() && ends == 0);
+    });
+    QTimer::singleShot(0, List, [this] { ClickLine(1); });
+    EXPECT_EQ(QApplication::exec(), 0);
+    EXPECT_EQ(ends, 1);
+    QTimer::singleShot(0, List, close);
+    EXPECT_EQ(QApplication::exec(), 0);
+    QTimer::singleShot(0, List, [this] { Menu("File", "Exit"); });
+    EXPECT_EQ(QApplication::exec(), 0);
+    EXPECT_EQ(ends, 3);
+}
+
+TEST_F(MainScreenTest, ListAndDisplayFollowTheWindowsSize) {
+    const QWidget* inside = Screen->centralWidget();
+    const int bar = Screen->height() - inside->height();
+    const QRect stop = The("STOP").geometry();
+    struct Row {
+        QSize Window, Display;
+        int List;
+    };
+    // A size that leaves no room for one of the two leaves it as it was.
+    for (const Row& row : {Row{{1000, 700}, {880, 660}, 596},
+                           {{200, 90}, {80, 50}, 596},
+                           {{121, 105}, {1, 65}, 1},
+                           {{120, 400}, {1, 65}, 1},
+                           {{50, 20}, {1, 65}, 1},
+                           {{600, 40}, {1, 65}, 1},
+                           {{806, 369}, {686, 329}, 265}}) {
+        Screen->resize(row.Window + QSize(0, bar));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return inside->size() == row.Window; }));
+        EXPECT_EQ(Display->geometry(), QRect(QPoint(120, 40), row.Display));
+        EXPECT_EQ(List->geometry(), QRect(0, 104, 121, row.List));
+    }
+    EXPECT_EQ(The("STOP").geometry(), stop);
+}
+
+}  // namespace
+}  // namespace tessel

@@ -1,0 +1,196 @@
+#include "platform/host.h"
+#include "tests/fixture.h"
+#include "volume/modDisks.h"
+
+/// Contents in the display.
+namespace tessel {
+namespace {
+
+/// Whether all that a display answers about its lines agrees with the whole text.
+::testing::AssertionResult Agrees(const TextDisplay& display, const std::string& text) {
+    std::string written;
+    display.WriteTo([&written](std::string_view part) { written += part; });
+    const auto whole = Same(display.Text(), text);
+    if (!whole || written != text) return whole ? Same(written, text) : whole;
+    std::vector<std::int64_t> starts = {0}, ends;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\r' && text[i] != '\n') continue;
+        ends.push_back(static_cast<std::int64_t>(i));
+        if (text.compare(i, 2, "\r\n") == 0) ++i;
+        starts.push_back(static_cast<std::int64_t>(i + 1));
+    }
+    const std::int64_t size = std::ssize(text), lines = std::ssize(starts);
+    ends.push_back(size);
+    const auto part = [&text](std::int64_t from, std::int64_t to) {
+        return text.substr(static_cast<std::size_t>(from), static_cast<std::size_t>(to - from));
+    };
+    std::string wrong;
+    if (display.LineCount() != lines || display.Size() != size) wrong += " counts";
+    if (display.LineStart(lines) != size || display.LineAt(size + 5) != lines - 1) wrong += " end";
+    // Every line and place of a short text, and many of a long one.
+    for (std::int64_t line = 0; line < lines; line += 1 + lines / 100) {
+        const auto i = static_cast<std::size_t>(line);
+        const std::int64_t to = line + 3 < lines ? starts[i + 3] : size;
+        if (display.LineStart(line) != starts[i]) wrong += " LineStart " + std::to_string(line);
+        if (display.LineEnd(line) != ends[i]) wrong += " LineEnd " + std::to_string(line);
+        if (display.Lines(line, 3) != part(starts[i], to))
+            wrong += " Lines " + std::to_string(line);
+    }
+    const std::int64_t step = size < 2000 ? 1 : size / 200;
+    for (std::int64_t at = 0; at <= size; at += size - at < step ? 1 + step / 16 : step) {
+        const auto behind = std::upper_bound(starts.begin(), starts.end(), at);
+        const bool right = display.LineAt(at) == behind - starts.begin() - 1 &&
+                           display.Text(at, 1) == part(at, std::min(size, at + 1)) &&
+                           display.Text(at, 97) == part(at, std::min(size, at + 97));
+        if (!right) wrong += " at " + std::to_string(at);
+    }
+    return wrong.empty() ? ::testing::AssertionSuccess() : ::testing::AssertionFailure() << wrong;
+}
+
+class ViewTest : public TesselTest {
+  protected:
+    /// Mounts an image and shows its first entry both ways.
+    void ExpectShown(const Image& image, const std::string& bytes, const std::vector<int>& clusters,
+                     std::size_t perCluster = 512) {
+        Mount(image);
+        ShowFileText(1, Text);
+        EXPECT_TRUE(Agrees(Text, ContentText(bytes)));
+        ShowFileDump(1, Text);
+        EXPECT_TRUE(Agrees(Text, ChainDump(clusters, bytes, perCluster)));
+    }
+    TextDisplay Text;
+};
+
+TEST_F(ViewTest, ContentsOfEverySizeAreShown) {
+    for (const int sectors : {1, 128}) {
+        const std::size_t cluster = static_cast<std::size_t>(sectors) * 512;
+        for (const std::size_t size :
+             {std::size_t{0}, std::size_t{1}, std::size_t{15}, std::size_t{16}, std::size_t{20},
+              cluster - 1, cluster, cluster + 1, 3 * cluster + 40}) {
+            SCOPED_TRACE(size);
+            Image image({.SectorsPerCluster = sectors, .SmallSectors = sectors == 1 ? 200 : 1000});
+            image.AddFile(0, {.Name = "F"}, Noise(size));
+            ExpectShown(image, Noise(size), {2, 3, 4, 5}, cluster);
+        }
+    }
+}
+
+TEST_F(ViewTest, FragmentsAndLoopsAreShown) {
+    // Heads grow by a digit at cluster 10000, in the middle of clusters that lie together.
+    const std::string noise = Noise(3400);
+    Image image(Layout::Fat16(20000));
+    const std::vector<int> wide = {9998, 9999, 10000, 10001, 5, 9997, 12000};
+    image.AddFile(0, {.Name = "F"}, noise, wide);
+    ExpectShown(image, noise, wide);
+    // Back into the middle of clusters that lie together, and around that several times.
+    Image loop(Layout::Fat16(20000));
+    loop.AddFile(0, {.Name = "F", .Size = 5200}, noise, {9998, 9999, 10000, 10001});
+    loop.Link({9998, 9999, 10000, 10001}, 9999);
+    ExpectShown(loop, (noise.substr(0, 512) + Times(4, noise.substr(512, 1536))).substr(0, 5200),
+                {9998, 9999, 10000, 10001, 9999, 10000, 10001, 9999, 10000, 10001, 9999});
+    // A directory, or a negative size, that loops: as many clusters as the volume has.
+    for (const int attributes : {0x10, 0x20}) {
+        Image self({.RootEntries = 16, .SmallSectors = 37});
+        self.AddFile(0, {.Name = "F", .Attributes = attributes, .Size = 0xF0000000},
+                     noise.substr(0, 512), {5});
+        self.SetFat(5, 5);
+        ExpectShown(self, Times(37, noise.substr(0, 512)), std::vector<int>(37, 5));
+    }
+}
+
+TEST_F(ViewTest, LineEndsAreCountedAcrossAllParts) {
+    // CR, LF and pairs of them, cut by the ends of clusters, of blocks of 8 KiB and of pieces read.
+    const std::string marks = "a\r\nbc\r\r\nd\n\r\n\n\re\tf\x01\r";
+    std::string dense;
+    for (std::size_t i = 0; dense.size() < 70000; ++i) dense += marks.substr(i % marks.size());
+    const std::string pairs = std::string(8191, 'x') + "\r\n" + std::string(8190, 'y') + "\r" +
+                              std::string(8191, '\x80') + "\r\n\r\n\r";
+    for (const std::string& bytes : {dense, pairs, "\r\n" + pairs, "\n" + dense, std::string("\r"),
+                                     std::string(20000, '\r'), std::string(20001, '\n')}) {
+        Image image({.SmallSectors = 200});
+        image.AddFile(0, {.Name = "F"}, bytes);
+        Mount(image);
+        ShowFileText(1, Text);
+        EXPECT_TRUE(Agrees(Text, ContentText(bytes))) << bytes.substr(0, 3);
+    }
+    // Literal text, in pieces that cut a pair; and the notices to a screen.
+    Text.Clear();
+    EXPECT_TRUE(Agrees(Text, ""));
+    for (std::size_t i = 0, whole = 0; i < 100; i += 1 + i % 3) {
+        Text.Append(dense.substr(i, 1 + i % 3));
+        whole += 1 + i % 3;
+        EXPECT_TRUE(Agrees(Text, dense.substr(0, whole))) << i;
+    }
+    const auto generation = Text.Generation();
+    int changes = 0;
+    Text.Changed = [&changes] { ++changes; };
+    Text.Append("");
+    Text.Append("x");
+    EXPECT_TRUE(Text.Generation() == generation && changes == 1);
+    Text.Replace("y");
+    EXPECT_TRUE(Text.Generation() != generation && changes == 2);
+}
+
+TEST_F(ViewTest, StopAndAFailingReadEndAView) {
+    Image image;
+    image.AddFile(0, {.Name = "F"}, Noise(600000));
+    std::vector<int> clusters;
+    for (int c = 2; c < 1200; ++c) clusters.push_back(c);
+    for (const bool dump : {false, true}) {
+        const auto expected = [&](std::size_t size) {
+            return dump ? ChainDump(clusters, Noise(size)) : ContentText(Noise(size));
+        };
+        const auto show = [&] { dump ? ShowFileDump(1, Text) : ShowFileText(1, Text); };
+        Mount(image);
+        TheHost.DoEvents = [] { StopRequested = true; };
+        show();
+        EXPECT_TRUE(Agrees(Text, expected(512)));
+        show();
+        EXPECT_EQ(Text.Size(), 0) << "STOP in front of the first byte";
+        StopRequested = false;
+        TheHost.DoEvents = [] {};
+        for (const std::size_t good : {0U, 7U, 512U, 300001U}) {
+            FailReads(At("mounted.img"), image.At(2) + good, image.At(2) + good + 1);
+            show();
+            HealReads();
+            EXPECT_TRUE(Agrees(Text, expected(good))) << good;
+        }
+        // The image shrinks, and its medium fails, while it is shown.
+        show();
+        const std::int64_t size = Text.Size(), lines = Text.LineCount();
+        std::filesystem::resize_file(At("mounted.img"), image.At(2) + 100000);
+        FailReads(At("mounted.img"), image.At(2) + 20000);
+        EXPECT_EQ(std::ssize(Text.Text()), size);
+        EXPECT_TRUE(Same(Text.Text(0, 9000), expected(9000).substr(0, 9000)));
+        for (std::int64_t line = 0; line < lines; line += 100) {
+            EXPECT_LE(Text.LineStart(line), Text.LineEnd(line));
+            EXPECT_LE(Text.LineEnd(line), size);
+        }
+        for (std::int64_t at = 0; at <= size; at += 5000) EXPECT_LT(Text.LineAt(at), lines);
+        HealReads();
+    }
+}
+
+TEST_F(ViewTest, AHugeClaimCostsNeitherTimeNorMemory) {
+    Image image(Layout::Fat16(20000));
+    image.AddFile(0, {.Name = "F", .Size = 0x7FFFFFFF}, Noise(1024), {9999, 10000});
+    image.SetFat(10000, 9999);
+    image.Add(0, {.Name = "G", .Cluster = 65000, .Size = 0x7FFFFFFF});
+    Mount(image);
+    int turns = 0;
+    TheHost.DoEvents = [&turns] { StopRequested = ++turns == 3; };
+    ShowFileDump(1, Text);
+    EXPECT_EQ(turns, 3);
+    const std::int64_t clusters = (Text.LineCount() - 1) / 32;
+    EXPECT_LT(clusters, 0x7FFFFFFF / 512);
+    EXPECT_EQ(Text.Size(), (clusters + 1) / 2 * 32 * 95 + clusters / 2 * 32 * 96);
+    EXPECT_EQ(Text.Lines(Text.LineCount() - 2, 1).substr(0, 28),
+              clusters % 2 == 1 ? "270F-000001F0 (9999-0000496)" : "2710-000001F0 (10000-0000496");
+    StopRequested = false;
+    ShowFileText(2, Text);
+    EXPECT_TRUE(Same(Text.Text(), Times(512, "<00>")))
+        << "one cluster behind the volume, and no more";
+}
+
+}  // namespace
+}  // namespace tessel

@@ -1,0 +1,227 @@
+#include "platform/numberedFiles.h"
+#include "tests/fixture.h"
+#include "volume/clusterChain.h"
+#include "volume/modDisks.h"
+
+/// The volume's state: geometry, layout, areas, chains.
+namespace tessel {
+namespace {
+
+class VolumeTest : public TesselTest {};
+
+TEST_F(VolumeTest, TheGeometryFollowsTheLength) {
+    // Length, tracks, heads, sectors per track.
+    const std::int64_t rows[][4] = {
+        {0, 80, 2, 36},       {163840, 40, 1, 8},   {184320, 40, 1, 9},     {327680, 40, 2, 8},
+        {368640, 40, 2, 9},   {737280, 80, 2, 9},   {1228800, 80, 2, 15},   {1474560, 80, 2, 18},
+        {1720320, 80, 2, 21}, {1474561, 80, 2, 18}, {3221225472, 80, 2, 18}};
+    Write("file", std::string());
+    DriveRecord& d = Drives[2];
+    d.FileNumber = 7;
+    for (const auto& [length, tracks, heads, sectors] : rows) {
+        std::filesystem::resize_file(At("file"), static_cast<std::uintmax_t>(length));
+        OpenForReading(7, At("file"));
+        d.SectorSize = d.LogicalSectorSize = 1;
+        SetDriveGeometry(2);
+        CloseFile(7);
+        EXPECT_TRUE(d.Tracks == tracks && d.Heads == heads && d.SectorsPerTrack == sectors)
+            << length;
+        EXPECT_TRUE(d.SectorSize == 512 && d.LogicalSectorSize == 512);
+    }
+    EXPECT_EQ(ErrorOf([] { SetDriveGeometry(4); }) + ErrorOf([] { SetDriveGeometry(-1); }), 18);
+    // Behind 2 GB there is nothing to read, though the file goes on.
+    OpenForReading(7, At("file"));
+    Byte bytes[4] = {1, 1, 1, 1};
+    const std::pair<std::int64_t, int> reads[] = {
+        {2147483643, 0}, {2147483644, 57}, {2147483647, 6}, {-1, 6}};
+    for (const auto& [at, error] : reads) {
+        EXPECT_EQ(ErrorOf([&, from = at] { ReadFile(7, from, bytes); }), error) << at;
+    }
+}
+
+TEST_F(VolumeTest, TheLayoutIsDerivedFromTheBootSector) {
+    struct Row {
+        Layout Told;
+        Long Total, Clusters, Fat1, Root, Data;
+    };
+    const Row rows[] = {{{}, 2880, 2880, 10, 19, 33},
+                        {{.RootEntries = 16}, 2880, 2880, 10, 19, 20},
+                        {{.RootEntries = 10}, 2880, 2880, 10, 19, 19},
+                        {{.SectorsPerCluster = 7, .LargeSectors = 9}, 2880, 411, 10, 19, 33},
+                        {{.SmallSectors = 0, .LargeSectors = 100000}, 100000, 100000, 10, 19, 33},
+                        {{.NumberOfFats = 0}, 2880, 2880, 10, 1, 15},
+                        {{.BytesPerSector = 1024}, 2880, 2880, 10, 19, 33},
+                        {{.ReservedSectors = 65535,
+                          .NumberOfFats = 255,
+                          .RootEntries = 65535,
+                          .SectorsPerFat = 65535},
+                         2880,
+                         2880,
+                         131070,
+                         16776960,
+                         16781055},
+                        // What cannot be worked out keeps the value of the volume before.
+                        {{.BytesPerSector = 65535,
+                          .SectorsPerCluster = 0,
+                          .SmallSectors = 1440,
+                          .SectorsPerTrack = 40000,
+                          .NumberOfHeads = 40000},
+                         1440,
+                         2880,
+                         10,
+                         19,
+                         33}};
+    for (const Row& row : rows) {
+        const images::Bytes file = Image(row.Told).File();
+        std::copy_n(file.begin(), 512, BootSectorBytes.begin());
+        ParseBootSector();
+        const DriveRecord& d = Drives[1];
+        const auto all = [](Long a, Long b, Long c, Long e, Long f, Long g, Long h, Long i) {
+            return std::vector<Long>{a, b, c, e, f, g, h, i};
+        };
+        const Layout& t = row.Told;
+        const bool odd = t.NumberOfHeads == 40000;
+        EXPECT_EQ(all(d.TotalSectors, d.ClusterCount, d.Fat0Sector, d.Fat1Sector, d.RootDirSector,
+                      d.DataSector, d.SectorsPerTrack, d.Heads),
+                  all(row.Total, row.Clusters, t.ReservedSectors, row.Fat1, row.Root, row.Data,
+                      t.SectorsPerTrack, odd ? 2 : t.NumberOfHeads));
+        EXPECT_EQ(d.SectorSize, odd ? 512 : t.BytesPerSector);
+        EXPECT_EQ(d.LogicalSectorSize, d.SectorSize);
+        Drives[1].SectorSize = Drives[1].LogicalSectorSize = 512;
+    }
+    // By the cluster count and the system identifier: type, caption, colour.
+    const std::tuple<Long, const char*, Long, const char*> types[] = {
+        {4079, "FAT12   ", 12, "told"},   {4080, "FAT12   ", 16, "Fat16"},
+        {65519, "fat16   ", 16, "told"},  {65520, " FAT32  ", 32, "told"},
+        {65520, "FAT16   ", 32, "Fat32"}, {-1, "", 12, "Fat12"}};
+    for (const auto& [clusters, systemId, bits, caption] : types) {
+        Label label;
+        label.Caption = "told";
+        BootSector.SystemId = systemId;
+        SetFatType(FatTypeOf(clusters), label);
+        SetFatType(11, label);
+        EXPECT_EQ(FatType, bits) << clusters;
+        EXPECT_EQ(FatEndMark, bits == 12 ? 4095 : bits == 16 ? 65535 : -1);
+        EXPECT_EQ(label.Caption.Get(), caption) << systemId;
+        EXPECT_EQ(label.Colour == TextColour::kBlue, label.Caption.Get() != "told");
+    }
+}
+
+TEST_F(VolumeTest, SectorsAndAreasAreAddressed) {
+    Image image({.PartitionOffset = 32256});
+    image.Poke(7 * 512, "sector seven");
+    PartitionOffset = 32256;
+    Mount(image);
+    EXPECT_EQ(SectorToAddress(37), 18944);
+    EXPECT_TRUE(DiskAddress.Sector == 1 && DiskAddress.Track == 1 && DiskAddress.Head == 0);
+    EXPECT_TRUE(ReadSector(7));
+    EXPECT_EQ(GetString(SectorBuffer, 0, 12), "sector seven");
+    EXPECT_EQ(ClusterToSector(2) + ClusterToSector(0), 33 + 31);
+    EXPECT_EQ(ClusterOffset(2, 5), 32256 + 16896 + 5);
+    EXPECT_EQ(ErrorOf([] { SectorToAddress(4194304); }), 6);
+    EXPECT_EQ(SectorToAddress(4194303), 2147483136);
+    EXPECT_FALSE(ReadSector(4194303)) << "behind 2 GB with the offset";
+    FailReads(At("mounted.img"), 40000, 40001);
+    EXPECT_FALSE(ReadSector((40000 - 32256) / 512));
+    HealReads();
+    Drives[1].SectorsPerTrack = 0;
+    EXPECT_EQ(SectorToAddress(700000), 358400000);
+    EXPECT_EQ(DiskAddress.Track + DiskAddress.Head + DiskAddress.Sector, 0);
+    Drives[1].SectorsPerTrack = Drives[1].Heads = 1;
+    SectorToAddress(700);
+    EXPECT_EQ(DiskAddress.Track, 700 & 255);
+    PartitionOffset = 0;
+    // Sectors of 1024 bytes stretch the areas, and neither the sectors nor the entries.
+    Image large({.BytesPerSector = 1024});
+    large.Poke(1024, "\x11\x22\x33");
+    large.Poke(19 * 1024, "the root");
+    large.Poke(19 * 512, "entry  zero");
+    Mount(large);
+    EXPECT_EQ(GetFat12Entry(Fat0Bytes, 0) + GetFat12Entry(Fat0Bytes, 1), 0x211 + 0x332);
+    EXPECT_EQ(GetString(RootDirBytes, 0, 8), "the root");
+    EXPECT_EQ(DirEntries(1).Name + DirEntries(1).Ext, "entry  zero");
+    // Areas of any size, as far as the image goes: bytes of FAT and root, and the error of both.
+    struct Row {
+        Layout Told;
+        std::size_t Cut, Fat, Root;
+        int Error;
+    };
+    const Row rows[] = {{{}, SIZE_MAX, 4608, 7168, 0},
+                        {{}, 612, 100, 7168, 0},
+                        {{}, 512, 0, 7168, 0},
+                        {{.BytesPerSector = 0, .RootEntries = 0}, SIZE_MAX, 0, 0, 0},
+                        {{.SectorsPerFat = 0}, SIZE_MAX, 0, 7168, 0},
+                        {{.BytesPerSector = 65535, .SectorsPerFat = 65535}, SIZE_MAX, 0, 7168, 6},
+                        {{.SectorsPerFat = 65535}, SIZE_MAX, 131072, 7168, 0}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(ErrorOf([&] { Mount(Image(row.Told), row.Cut); }), row.Error);
+        EXPECT_EQ(ErrorOf([] { ReadFat0(); }), row.Error);
+        EXPECT_EQ(ErrorOf([] { ReadFat1(); }), row.Error);
+        EXPECT_EQ(Fat0Bytes.size(), row.Fat);
+        EXPECT_EQ(RootDirBytes.size(), row.Root);
+    }
+}
+
+TEST_F(VolumeTest, ChainsEndAsTheirEntriesSay) {
+    const Byte fat12[] = {0xF0, 0xFF, 0xFF, 0x03, 0x40, 0x00, 0x05, 0xF0, 0xFF};
+    const Long entries[] = {4080, 4095, 3, 4, 5, 4095};
+    for (Long c = 0; c < 6; ++c) EXPECT_EQ(GetFat12Entry(fat12, c), entries[c]) << c;
+    const Byte fat16[] = {0xF8, 0xFF, 0xFF, 0xFF, 0x03, 0x00, 0xFE, 0xFF};
+    EXPECT_EQ(GetFat16Entry(fat16, 2) + GetFat16Entry(fat16, 3), 3 + 65534);
+    for (std::size_t size = 0; size <= 9; ++size) {
+        for (const Long bits : {12, 16}) {
+            const ByteBuffer fat = ByteBuffer(fat12).first(size);
+            const auto get = bits == 12 ? GetFat12Entry : GetFat16Entry;
+            const Long held = FatEntriesHeld(fat, bits);
+            EXPECT_EQ(ErrorOf([&] { get(fat, held - 1); }), held > 0 ? 0 : 9) << size;
+            EXPECT_EQ(ErrorOf([&] { get(fat, held); }), 9) << size << " bytes, " << bits;
+        }
+    }
+
+    struct Row {
+        const char* Name;
+        int Bits;
+        std::vector<int> Links;  // 2 and what each leads to
+        std::vector<Long> Clusters;
+    };
+    const Row rows[] = {{"end mark", 12, {2, 3, 4, 5, 0xFFF}, {2, 3, 4, 5}},
+                        {"FF8", 12, {2, 3, 0xFF8}, {2, 3, 4088}},
+                        {"bad cluster", 12, {2, 0xFF7}, {2, 4087}},
+                        {"the count itself", 12, {2, 2880}, {2, 2880}},
+                        {"below the count", 12, {2, 2879, 7, 0xFFF}, {2, 2879, 7}},
+                        {"free entry", 12, {2, 0}, {2, 0, 4080}},
+                        {"to cluster 1", 12, {2, 1}, {2, 1}},
+                        {"backwards", 12, {2, 9, 8, 0xFFF}, {2, 9, 8}},
+                        {"loop in itself", 12, {2, 2}, {2, 2, 2, 2, 2, 2}},
+                        {"loop to the middle", 12, {2, 3, 4, 5, 4}, {2, 3, 4, 5, 4, 5}},
+                        {"16 end mark", 16, {2, 3, 0xFFFF}, {2, 3}},
+                        {"FFF8", 16, {2, 3, 0xFFF8}, {2, 3, 65528}},
+                        {"FFF", 16, {2, 0xFFF, 0xFFFF}, {2, 4095}},
+                        {"large numbers", 16, {2, 16384, 17000, 0xFFFF}, {2, 16384, 17000}}};
+    const auto clusters = [](Long first) {
+        const ClusterChain chain(first);
+        std::vector<Long> met;
+        for (std::int64_t at = 0; met.size() < 6; at += chain.BytesPerCluster()) {
+            if (!chain.LoopsTo() && at >= chain.LapBytes()) break;
+            met.push_back(chain.At(at).Cluster);
+        }
+        return met;
+    };
+    for (const Row& row : rows) {
+        Image image(row.Bits == 12 ? Layout{} : Layout::Fat16(20000));
+        image.Link({row.Links.begin(), row.Links.end() - 1}, row.Links.back());
+        Mount(image);
+        EXPECT_EQ(clusters(2), row.Clusters) << row.Name;
+    }
+    EXPECT_EQ(NextCluster(20000), 65535) << "the count, without a look";
+    EXPECT_EQ(clusters(65535), std::vector<Long>{65535});
+    Image image;
+    image.Link({2, 300, 301, 5});
+    Mount(image, 512 + 300 * 3 / 2 + 1);
+    EXPECT_EQ(clusters(2), (std::vector<Long>{2, 300})) << "entry 300 is cut by the file's end";
+    FatType = 32;
+    EXPECT_EQ(NextCluster(2), 0);
+}
+
+}  // namespace
+}  // namespace tessel
