@@ -1,0 +1,148 @@
+# To be sourced: a virtual X screen with a window manager, and hands and eyes on it. Everything that
+# was started ends with the shell, by its process number. Files go to $scratch, settings of the
+# programs that run there too.
+# shellcheck shell=bash
+
+scratch=$(mktemp -d)
+started=()
+
+end_screen() {
+    local i
+    for ((i = ${#started[@]} - 1; i >= 0; i--)); do
+        kill "${started[i]}" 2> /dev/null || true
+        wait "${started[i]}" 2> /dev/null || true
+    done
+    started=()
+    rm -rf "$scratch"
+}
+trap end_screen EXIT
+
+# wait_until SECONDS COMMAND...: asks the command until it succeeds; false when the time is over.
+wait_until() {
+    local end=$((SECONDS + $1))
+    shift
+    until "$@" > /dev/null 2>&1; do
+        [ "$SECONDS" -le "$end" ] || return 1
+        sleep 0.05
+    done
+}
+
+# start_screen WIDTHxHEIGHT
+start_screen() {
+    export XDG_CONFIG_HOME=$scratch/config XDG_CACHE_HOME=$scratch/cache
+    export XDG_RUNTIME_DIR=$scratch/runtime XDG_DATA_HOME=$scratch/data
+    mkdir -m 700 "$XDG_CONFIG_HOME" "$XDG_CACHE_HOME" "$XDG_RUNTIME_DIR" "$XDG_DATA_HOME"
+    unset WAYLAND_DISPLAY QT_QPA_PLATFORMTHEME XDG_CURRENT_DESKTOP DESKTOP_SESSION
+    export QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=1 LC_ALL=C.UTF-8
+
+    # The server takes the first free number and tells which.
+    Xvfb -displayfd 3 -screen 0 "$1x24" -dpi 96 -nolisten tcp -noreset \
+        3> "$scratch/display" 2> "$scratch/xvfb.log" &
+    started+=($!)
+    if ! wait_until 20 test -s "$scratch/display"; then
+        cat "$scratch/xvfb.log" >&2
+        echo "The virtual screen does not start" >&2
+        return 1
+    fi
+    DISPLAY=:$(tr -d '[:space:]' < "$scratch/display")
+    export DISPLAY
+    openbox --sm-disable > "$scratch/openbox.log" 2>&1 &
+    started+=($!)
+    wait_until 20 window_manager_runs || { echo "The window manager does not start" >&2; return 1; }
+}
+
+window_manager_runs() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }
+
+# start_program FOLDER PROGRAM: starts it there; its process number in $program.
+start_program() {
+    (cd "$1" && exec "$2") > "$scratch/output" 2>&1 &
+    program=$!
+    started+=("$program")
+}
+
+# wait_window REGEX [SECONDS]: waits for a window with such a title that has the keyboard, and prints
+# its number.
+wait_window() {
+    if ! wait_until "${2:-30}" active_is "$1"; then
+        echo "No window came up with the title $1" >&2
+        return 1
+    fi
+    xdotool getactivewindow
+}
+active_is() { [[ $(xdotool getactivewindow getwindowname) =~ $1 ]]; }
+no_window() { ! xdotool search --onlyvisible --name "$1"; }
+title_is() { [ "$(xdotool getwindowname "$main" 2> /dev/null)" = "$1" ]; }
+
+# take_main: the program's window is $main; places in it count from below the menu bar, which is
+# what $bar pixels of its height are for.
+take_main() {
+    main=$(wait_window '^Tessel$')
+    bar=$(($(height_of "$main") - 369))
+}
+
+height_of() { xdotool getwindowgeometry --shell "$1" | sed -n 's/^HEIGHT=//p'; }
+
+# Places of the controls, in pixels.
+at() {
+    case "$1" in
+        file-menu) echo 14 $((-bar / 2)) ;;
+        info) echo 24 22 ;;
+        text) echo 24 38 ;;
+        dump) echo 24 54 ;;
+        stop) echo 268 20 ;;
+        directory) echo 388 20 ;;
+        boot-sector) echo 464 20 ;;
+        fat0) echo 540 20 ;;
+        root) echo 604 20 ;;
+        list) echo 60 111 ;;
+        second-line) echo 60 124 ;;
+        display) echo 400 200 ;;
+    esac
+}
+
+# point CONTROL: the words of xdotool that move the mouse there.
+point() {
+    local x y
+    read -r x y <<< "$(at "$1")"
+    echo mousemove --window "$main" "$x" $((y + bar))
+}
+
+# shellcheck disable=SC2046
+click() { xdotool $(point "$1") click 1; }
+# shellcheck disable=SC2046
+double_click() { xdotool $(point "$1") click --repeat 2 --delay 60 1; }
+
+# choose_menu KEY...: opens the File menu and goes to an entry with these keys.
+choose_menu() {
+    click file-menu
+    wait_until 10 menu_is_open || { echo "The menu does not open" >&2; return 1; }
+    xdotool key --delay 20 "$@" Return
+}
+# A menu is the one window that is there beside those with a title.
+menu_is_open() { [ "$(xdotool search --onlyvisible --class tessel | wc -l)" -gt 1 ]; }
+
+# type_line TEXT: types it and Return.
+type_line() {
+    xdotool type --delay 5 -- "$1"
+    xdotool key Return
+}
+
+# picture FILE [WINDOW]: what the screen looks like, or the part where a window stands with its title
+# bar, once it stands still.
+picture() {
+    local cut=() last='' now x y width height left right top bottom
+    if [ $# -gt 1 ]; then
+        read -r x y width height <<< "$(xwininfo -id "$2" |
+            awk '/Absolute|Width:|Height:/ { printf "%s ", $NF }')"
+        IFS=', ' read -r left right top bottom \
+            <<< "$(xprop -id "$2" -notype _NET_FRAME_EXTENTS | sed 's/.*= //')"
+        cut=(-crop "$((width + left + right))x$((height + top + bottom))+$((x - left))+$((y - top))")
+    fi
+    for _ in $(seq 1 40); do
+        import -silent -window root "${cut[@]}" +repage "$1"
+        now=$(md5sum < "$1")
+        [ "$now" != "$last" ] || return 0
+        last=$now
+        sleep 0.1
+    done
+}
