@@ -90,7 +90,11 @@ void AddEntries(Long cluster, Long count) {
 
 }  // namespace
 
-DirEntryTable::DirEntryTable() { Clear(); }
+DirEntryTable::DirEntryTable() {
+    // Room that is not used takes no memory, and rows that never move take no time.
+    Table.reserve(kMostRows);
+    Clear();
+}
 
 DirEntry& DirEntryTable::operator()(Long row) {
     if (row < 0 || row >= Rows()) Raise(kSubscriptOutOfRange);
@@ -104,7 +108,8 @@ void DirEntryTable::Clear() {
 
 bool DirEntryTable::Grow(Long row) {
     if (row >= kMostRows) return false;
-    if (row >= Rows()) Table.resize(static_cast<std::size_t>(std::min(Rows() * 2, kMostRows)));
+    if (row >= Rows())
+        Table.resize(static_cast<std::size_t>(std::min(Rows() + kFewestRows, kMostRows)));
     return true;
 }
 

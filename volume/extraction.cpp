@@ -61,6 +61,16 @@ std::string ReadFailure(const ClusterChain& chain, std::int64_t offset, const st
     }
 }
 
+/// Creates the target where nothing stands; false when that fails.
+bool CreateTarget(const std::string& path) {
+    try {
+        OpenForWriting(kTargetFile, path);
+        return true;
+    } catch (const RuntimeError&) {
+        return false;
+    }
+}
+
 void RefuseFilesInUse(const std::string& path) {
     // A refused image is closed, but it is still the one that the window tells about.
     const std::string& image = Drives[1].ImagePath;
@@ -76,18 +86,21 @@ void ClearTheWay(const std::string& path) {
 
 bool SaveEntryToFile(Long row, const std::string& path) {
     if (!Drives[1].IsOpen) return false;
-    try {
-        RefuseFilesInUse(path);
-    } catch (const RuntimeError& error) {
-        Report(OpenFailureReport(error, path));
-        return false;
-    }
-    if (VisibleFileExists(path)) DeleteFile(path);
-    try {
-        OpenForWriting(kTargetFile, path);
-    } catch (const RuntimeError& error) {
-        Report(OpenFailureReport(error, path));
-        return false;
+    if (!CreateTarget(path)) {
+        // Something stands there.
+        try {
+            RefuseFilesInUse(path);
+        } catch (const RuntimeError& error) {
+            Report(OpenFailureReport(error, path));
+            return false;
+        }
+        if (VisibleFileExists(path)) DeleteFile(path);
+        try {
+            OpenForWriting(kTargetFile, path);
+        } catch (const RuntimeError& error) {
+            Report(OpenFailureReport(error, path));
+            return false;
+        }
     }
 
     const TargetCloser closer;
