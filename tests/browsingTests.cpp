@@ -77,8 +77,12 @@ TEST_F(WindowTest, DamagedDirectoriesLeaveTheWindowUsable) {
     image.SetFat(50, 0xFFF);
     const int self = image.AddDirectory(0, {.Name = "SELF"});
     image.Add(self, {.Name = "DOWN", .Attributes = 0x10, .Cluster = 2});
+    image.Add(0, {.Name = "\xE5"
+                          "LABEL     ",
+                  .Attributes = 8});
     image.Add(0, {.Name = "FAR", .Attributes = 0x10, .Cluster = 65535});
     Open(image);
+    EXPECT_EQ(Window->Form.lblVolumeID.Caption.Get(), "{.LABEL     } ") << "deleted or not";
     EXPECT_EQ(Run("double 1"), "box\tError\tThere is no directory above the root\n");
     EXPECT_EQ(Run("double 2\nshow list\nshow display\nfile\nmenu Save File\nmenu Save Directory\n"
                   "choose Dump\nshow display\npress Directory\nshow display\nselect 0"),
