@@ -48,7 +48,7 @@ TEST_F(VolumeTest, TheLayoutIsDerivedFromTheBootSector) {
                         {{.RootEntries = 16}, 2880, 2880, 10, 19, 20},
                         {{.RootEntries = 10}, 2880, 2880, 10, 19, 19},
                         {{.SectorsPerCluster = 7, .LargeSectors = 9}, 2880, 411, 10, 19, 33},
-                        {{.SmallSectors = 0, .LargeSectors = 100000}, 100000, 100000, 10, 19, 33},
+                        {{.SmallSectors = 0, .LargeSectors = 65536}, 65536, 65536, 10, 19, 33},
                         {{.NumberOfFats = 0}, 2880, 2880, 10, 1, 15},
                         {{.BytesPerSector = 1024}, 2880, 2880, 10, 19, 33},
                         {{.ReservedSectors = 65535,
@@ -72,8 +72,8 @@ TEST_F(VolumeTest, TheLayoutIsDerivedFromTheBootSector) {
                          19,
                          33}};
     for (const Row& row : rows) {
-        const images::Bytes file = Image(row.Told).File();
-        std::copy_n(file.begin(), 512, BootSectorBytes.begin());
+        const Image image(row.Told);
+        std::copy_n(image.Volume.begin(), 512, BootSectorBytes.begin());
         ParseBootSector();
         const DriveRecord& d = Drives[1];
         const auto all = [](Long a, Long b, Long c, Long e, Long f, Long g, Long h, Long i) {

@@ -33,6 +33,7 @@ TEST_F(WindowTest, AnImageIsOpenedAndClosed) {
     EXPECT_EQ(Show("labels"), Labels("", "", "Tessel"));
     EXPECT_EQ(Show("enabled"), kNothingEnabled);
     EXPECT_EQ(Open(SampleImage()), "");
+    EXPECT_TRUE(Fat1Bytes.size() == 4608 && Fat1Bytes == Fat0Bytes);
     EXPECT_EQ(Show("labels"), Labels("{MYDISK     } ", "FAT12", "FAT File System @/disk.img"));
     EXPECT_EQ(Show("list"),
               ">0\t[.           ]\n4\t README  .TXT \n7\t[SUBFOL~1.   ]\n8\t BIG     .BIN \n");
@@ -55,13 +56,13 @@ TEST_F(WindowTest, AnImageIsOpenedAndClosed) {
     // A second image takes the place of the first, and one that fails leaves none.
     Open(SampleImage(), "one.img");
     Run("double 2\nchoose Dump\nselect 2");
-    Image other;
+    Image other({.NumberOfFats = 0});  // the chains of the image before hold on
     other.AddFile(0, {.Name = "OTHER"}, "other");
     EXPECT_EQ(Open(other, "two.img"), "");
     EXPECT_EQ(Run("show list\nshow display\nshow labels"),
               ">0\t[.           ]\n1\t OTHER   .    \n" +
                   Labels("NO NAME", "FAT12", "FAT File System @/two.img"));
-    EXPECT_EQ(Window->Form.DirDepth, 0);
+    EXPECT_TRUE(Window->Form.DirDepth == 0 && GetFat12Entry(Fat0Bytes, 20) == 22);
     EXPECT_NE(Run("file @/gone.img\nmenu Open"), "");
     EXPECT_FALSE(Drives[1].IsOpen);
     EXPECT_EQ(Show("enabled"), With(kNothingEnabled, "cmdABORT", "off"));
@@ -97,9 +98,9 @@ TEST_F(WindowTest, WhatCannotBeOpenedIsReported) {
 
 TEST_F(WindowTest, AVolumeIsRefusedWithItsBootSectorShown) {
     const auto sector = [](int clusters, int signature) {
-        images::Bytes bytes = Image({.SmallSectors = clusters, .BootSignature = signature}).File();
-        bytes.resize(512);
-        return bytes;
+        Image image({.SmallSectors = clusters, .BootSignature = signature});
+        image.Volume.resize(512);
+        return image.Volume;
     };
     struct Row {
         std::string Name;
@@ -157,8 +158,8 @@ TEST_F(WindowTest, TheOffsetIsAskedUntilItIsANumber) {
                         {"input 63k\n", "0;", 64512},
                         {"input  1x \ninput &HFG\ninput 0x7E00\n", "64512;1x;&HFG;", 32256},
                         {"input 513M\ninput\n", "32256;513M;", 32256},
-                        {"input   \ninput 7\n", "32256;;", 7},
-                        {"input 32256\n", "7;", 32256}};
+                        {"input   \ninput 0\n", "32256;;", 0},
+                        {"input 32256\n", "0;", 32256}};
     for (const Row& row : rows) {
         asked.clear();
         EXPECT_EQ(Run(row.Answers + "menu Offset"), "");
