@@ -63,15 +63,15 @@ const std::string kReplace = "\nThis file already exists. Do you want to replace
 
 TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
     const std::string title = "Open FAT Raw File File";
-    fs::create_directories(At("images/inner"));
-    Write("images/notes.txt", "x");
+    fs::create_directories(At("a/b/c/inner"));
+    Write("a/b/c/notes.txt", "x");
     for (const char* name : {"UPPER.IMG", "lower.img", "noextension", "inner/deep.dsk"}) {
-        Write(std::string("images/") + name, SampleImage().File());
+        Write(std::string("a/b/c/") + name, SampleImage().File());
     }
-    fs::current_path(At("images"));
+    fs::current_path(At("a/b/c"));
     Upon<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle().toStdString(), title);
-        EXPECT_EQ(Folder(dialog), At("images"));
+        EXPECT_EQ(Folder(dialog), At("a/b/c"));
         EXPECT_EQ(NameField(dialog).text(), "");
         auto* kinds = dialog.findChild<QComboBox*>("fileTypeCombo");
         QStringList filters;
@@ -89,22 +89,23 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
     Menu("File", "Open");
     // A name that is missing is refused, and the dialog goes on.
     AnswerFile("gone");
-    AnswerBox(title, At("images/gone.img") + kMissing, QMessageBox::Ok);
-    AnswerFile(At("images/no/such.img"));
-    AnswerBox(title, At("images/no/such.img") + kMissing, QMessageBox::Ok);
+    AnswerBox(title, At("a/b/c/gone.img") + kMissing, QMessageBox::Ok);
+    AnswerFile(At("a/b/c/no/such.img"));
+    AnswerBox(title, At("a/b/c/no/such.img") + kMissing, QMessageBox::Ok);
     AnswerFile("");
     Menu("File", "Open");
     EXPECT_EQ(Title(), "Tessel");
 
+    // On the way of a path through folders of one letter the toolkit loses count of what it marks.
     struct Row {
         std::string Typed, Opened;
     };
-    for (const Row& row : {Row{"lower.img", "images/lower.img"},
-                           {"lower", "images/lower.img"},
-                           {"noextension", "images/noextension"},
-                           {At("images/UPPER.IMG"), "images/UPPER.IMG"},
-                           {"../images/inner/deep.dsk", "images/inner/deep.dsk"},
-                           {At("images/lower"), "images/lower.img"}}) {
+    for (const Row& row : {Row{"lower.img", "a/b/c/lower.img"},
+                           {"lower", "a/b/c/lower.img"},
+                           {"noextension", "a/b/c/noextension"},
+                           {At("a/b/c/UPPER.IMG"), "a/b/c/UPPER.IMG"},
+                           {"../c/inner/deep.dsk", "a/b/c/inner/deep.dsk"},
+                           {At("a/b/c/lower"), "a/b/c/lower.img"}}) {
         SCOPED_TRACE(row.Typed);
         AnswerFile(row.Typed);
         Menu("File", "Open");
@@ -118,7 +119,7 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
     RecentPaths = {};
     Start();
     Upon<QFileDialog>([&](QFileDialog& dialog) {
-        EXPECT_EQ(Folder(dialog), At("images"));
+        EXPECT_EQ(Folder(dialog), At("a/b/c"));
         Listed(dialog, 3);
         auto* list = dialog.findChild<QListView*>("listView");
         const QModelIndex line = list->model()->index(1, 0, list->rootIndex());
@@ -126,7 +127,7 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
         Click(The("Open", &dialog));
     });
     Menu("File", "Open");
-    EXPECT_EQ(Title(), "FAT File System " + At("images/lower.img"));
+    EXPECT_EQ(Title(), "FAT File System " + At("a/b/c/lower.img"));
 }
 
 TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {

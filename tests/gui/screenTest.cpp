@@ -98,7 +98,10 @@ void ScreenTest::Key(Qt::Key key, Qt::KeyboardModifiers with) {
 }
 
 void ScreenTest::Type(const QString& text) {
-    for (const QChar unit : text) QTest::keyClick(QGuiApplication::focusWindow(), unit.toLatin1());
+    for (const QChar unit : text) {
+        QTest::keyClick(QGuiApplication::focusWindow(), unit.toLatin1());
+        QCoreApplication::processEvents();
+    }
 }
 
 std::string ScreenTest::Menu(const QString& menu, const QString& entry) {
