@@ -10,6 +10,7 @@ namespace tessel {
 using Long = std::int32_t;
 using Integer = std::int16_t;
 using Byte = std::uint8_t;
+using Word = std::uint16_t;
 
 /// The source that the program's own errors name in messages.
 inline constexpr const char* kProjectName = "projTessel";

@@ -9,12 +9,13 @@ namespace tessel {
 std::string ListLine(Long row, bool full) {
     const DirEntry& e = DirEntries(row);
     std::string line;
-    if (IsVolumeLabel(row)) line += "{" + e.Name + e.Ext + "} ";
+    const auto add = [&line](auto... texts) { (line.append(texts), ...); };
+    if (IsVolumeLabel(row)) add("{", e.Name, e.Ext, "} ");
     if (IsDirectory(row)) {
         const std::string name = Trimmed(e.Name);
-        line += "[" + e.Name + (name == "." || name == ".." ? " " : ".") + e.Ext + "]";
+        add("[", e.Name, name == "." || name == ".." ? " " : ".", e.Ext, "]");
     }
-    if (IsFile(row)) line += " " + e.Name + "." + e.Ext + " ";
+    if (IsFile(row)) add(" ", e.Name, ".", e.Ext, " ");
     if (!full) return line;
 
     line += " " + LongNameText(row) + "\r\n";

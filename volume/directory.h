@@ -1,6 +1,10 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <memory_resource>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/runtimeError.h"
@@ -8,25 +12,36 @@
 /// The directory now loaded: one row for every 32-byte entry read, in on-disk order.
 namespace tessel {
 
-/// The decoded entry. Names keep their trailing blanks; numbers are as on the disk.
+/// Text of exactly N characters, filled up with blanks.
+template <std::size_t N>
+struct FixedText {
+    FixedText() { Characters.fill(' '); }
+    FixedText(std::string_view text) : FixedText() { text.copy(Characters.data(), N); }
+    operator std::string_view() const { return {Characters.data(), N}; }
+    std::array<char, N> Characters;
+};
+
+/// The decoded entry, small: a directory has up to 65536 of them. Names keep their trailing blanks;
+/// numbers are as on the disk.
 struct DirEntry {
-    std::string Name{};   ///< 8 characters
-    std::string Ext{};    ///< 3 characters
-    Long Attributes = 0;  ///< the attribute byte plus 256 times the reserved byte
-    Long Reserved = 0;
-    Long CreateTenths = 0;
-    Long CreateTime = 0;
-    Long CreateDate = 0;
-    Long AccessDate = 0;
-    Long ClusterHigh = 0;
-    Long ModifyTime = 0;
-    Long ModifyDate = 0;
-    Long StartCluster = 0;
-    Long FileSize = 0;          ///< bytes; signed on the disk
-    Long LfnSequence = 0;       ///< long-name rows: the sequence byte
-    std::u16string LongName{};  ///< long-name rows: own part; files and directories: the whole name
-    bool InUse = false;         ///< first byte not 0: the directory goes on
+    FixedText<8> Name{};
+    FixedText<3> Ext{};
+    bool InUse = false;  ///< first byte not 0: the directory goes on
     bool Deleted = false;
+    Word Attributes = 0;  ///< the attribute byte plus 256 times the reserved byte
+    Byte Reserved = 0;
+    Byte CreateTenths = 0;
+    Word CreateTime = 0;
+    Word CreateDate = 0;
+    Word AccessDate = 0;
+    Word ClusterHigh = 0;
+    Word ModifyTime = 0;
+    Word ModifyDate = 0;
+    Word StartCluster = 0;
+    Byte LfnSequence = 0;  ///< long-name rows: the sequence byte
+    Long FileSize = 0;     ///< bytes; signed on the disk
+    /// Long-name rows: their own part; files and directories: the whole name. The table keeps it.
+    std::u16string_view LongName{};
 };
 
 /// The rows. There are always 1024 of them at least, and at most as many as the format allows in
@@ -37,15 +52,21 @@ class DirEntryTable {
     static constexpr Long kMostRows = 65536;
 
     DirEntryTable();
-    DirEntry& operator()(Long row);
+    DirEntry& operator()(Long row) {
+        if (row < 0 || row >= Rows()) Raise(kSubscriptOutOfRange);
+        return Table[static_cast<std::size_t>(row)];
+    }
     Long Rows() const { return static_cast<Long>(Table.size()); }
-    /// Back to 1024 empty rows.
+    /// Back to 1024 empty rows, and no long names kept.
     void Clear();
     /// Makes room for row `row`; false when the table may not grow so far.
     bool Grow(Long row);
+    /// A copy of `name` that lasts until the table is cleared.
+    std::u16string_view Keep(std::u16string_view name);
 
   private:
     std::vector<DirEntry> Table{};
+    std::pmr::monotonic_buffer_resource LongNames;
 };
 
 extern DirEntryTable DirEntries;

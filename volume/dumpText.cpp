@@ -34,33 +34,45 @@ char* PutHex2(char* to, std::uint32_t value) {
 
 char* PutHex4(char* to, std::uint32_t value) { return PutHex2(PutHex2(to, value >> 8), value); }
 
-char* PutDecimal2(char* to, std::uint32_t value) {
-    std::memcpy(to, kPairs[value].data(), 2);
-    return to + 2;
+void PutDecimal4(char* to, std::uint32_t value) {
+    std::memcpy(to, kPairs[value / 100].data(), 2);
+    std::memcpy(to + 2, kPairs[value % 100].data(), 2);
 }
 
-char* PutDecimal4(char* to, std::uint32_t value) {
-    return PutDecimal2(PutDecimal2(to, value / 100), value % 100);
-}
+/// What stands in front of the lines of one cluster, "CCCC-OOOOOOOO (DDDD-OOOOOOO)". From line to
+/// line only the offset changes.
+class LineHead {
+  public:
+    explicit LineHead(Long cluster) {
+        const auto number = static_cast<std::uint32_t>(cluster);
+        Text.fill('0');
+        PutHex4(Text.data(), number);
+        Text[4] = '-';
+        std::memcpy(Text.data() + 13, " (", 2);
+        if (number >= 10000) Text[15] = static_cast<char>('0' + number / 10000);
+        Length = static_cast<std::size_t>(HeadLength(cluster));
+        PutDecimal4(Text.data() + Length - 13, number % 10000);
+        Text[Length - 9] = '-';
+        Text[Length - 1] = ')';
+    }
 
-char* PutHead(char* to, Long cluster, std::int64_t offset) {
-    const auto number = static_cast<std::uint32_t>(cluster);
-    const auto within = static_cast<std::uint32_t>(offset);
-    to = PutHex4(to, number);
-    *to++ = '-';
-    to = PutHex4(PutHex4(to, within >> 16), within);
-    *to++ = ' ';
-    *to++ = '(';
-    if (number >= 10000) *to++ = static_cast<char>('0' + number / 10000);
-    to = PutDecimal4(to, number % 10000);
-    *to++ = '-';
-    // Seven digits: a cluster is at most 255 sectors of 512 bytes.
-    *to++ = '0';
-    to = PutDecimal2(to, within / 10000);
-    to = PutDecimal4(to, within % 10000);
-    *to++ = ')';
-    return to;
-}
+    /// Puts the head with an offset down; room for kRoom characters is used, Length count.
+    char* Put(char* to, std::int64_t offset) {
+        const auto within = static_cast<std::uint32_t>(offset);
+        // Seven digits: a cluster is at most 255 sectors of 512 bytes.
+        PutHex4(PutHex4(Text.data() + 5, within >> 16), within);
+        std::memcpy(Text.data() + Length - 7, kPairs[within / 10000].data(), 2);
+        PutDecimal4(Text.data() + Length - 5, within % 10000);
+        std::memcpy(to, Text.data(), kRoom);
+        return to + Length;
+    }
+
+    static constexpr std::size_t kRoom = 32;
+
+  private:
+    std::array<char, kRoom> Text;
+    std::size_t Length;
+};
 
 }  // namespace
 
@@ -112,37 +124,35 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
                            std::string& out) const {
     constexpr std::size_t kLongestLine = 96;
     constexpr std::size_t kLinesAtOnce = 64;
-    // Room for one character more than the lines need: a cell is put down four at a time.
-    std::array<char, kLinesAtOnce * kLongestLine + 1> lines;
+    // More room than the lines need: heads and cells are put down larger than they are.
+    std::array<char, kLinesAtOnce * kLongestLine + LineHead::kRoom> lines;
     char* to = lines.data();
     std::size_t held = 0;
-    ClusterChain::Stretch at{};
     while (!bytes.empty()) {
-        if (at.Length <= 0) at = Source.At(first);
-        const auto line = bytes.first(std::min<std::size_t>(kLineBytes, bytes.size()));
-        to = PutHead(to, at.Cluster, at.InCluster);
-        for (const Byte byte : line) {
-            std::memcpy(to, kByteCells[byte].data(), 4);
-            to += 3;
-        }
-        if (line.size() == kLineBytes) {
-            *to++ = ' ';
-            for (const Byte byte : line) *to++ = kByteCharacters[byte];
-            *to++ = '\r';
-            *to++ = '\n';
-        }
-        bytes = bytes.subspan(line.size());
-        first += kLineBytes;
-        at.Length -= kLineBytes;
-        at.InCluster += kLineBytes;
-        if (at.InCluster == Source.BytesPerCluster()) {
-            at.InCluster = 0;
-            ++at.Cluster;
-        }
-        if (++held == kLinesAtOnce || bytes.empty()) {
-            out.append(lines.data(), to);
-            to = lines.data();
-            held = 0;
+        const ClusterChain::Stretch at = Source.At(first);
+        LineHead head(at.Cluster);
+        std::int64_t inCluster = at.InCluster;
+        while (inCluster < Source.BytesPerCluster() && !bytes.empty()) {
+            const auto line = bytes.first(std::min<std::size_t>(kLineBytes, bytes.size()));
+            to = head.Put(to, inCluster);
+            for (const Byte byte : line) {
+                std::memcpy(to, kByteCells[byte].data(), 4);
+                to += 3;
+            }
+            if (line.size() == kLineBytes) {
+                *to++ = ' ';
+                for (const Byte byte : line) *to++ = kByteCharacters[byte];
+                *to++ = '\r';
+                *to++ = '\n';
+            }
+            bytes = bytes.subspan(line.size());
+            first += kLineBytes;
+            inCluster += kLineBytes;
+            if (++held == kLinesAtOnce || bytes.empty()) {
+                out.append(lines.data(), to);
+                to = lines.data();
+                held = 0;
+            }
         }
     }
 }
