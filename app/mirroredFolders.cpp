@@ -19,7 +19,10 @@ void MirroredFolders::Add(const std::string& folderName) {
     Folders.push_back(JoinPath(Folders.back(), SafeName(folderName)));
 }
 
-bool MirroredFolders::ChosenFolderIsThere() const {
+bool MirroredFolders::ChosenFolderIsThere() {
+    // Nothing to do for the next file when all folders still stand.
+    Entered = Entered && std::all_of(Folders.begin(), Folders.end(), IsRealFolder);
+    if (Entered) return true;
     try {
         ChangeFolder(Chosen);
         return true;
@@ -32,17 +35,22 @@ std::string MirroredFolders::PathOf(const std::string& fileName) const {
     return JoinPath(Folders.back(), SafeName(fileName));
 }
 
-void MirroredFolders::Enter() const {
+bool MirroredFolders::Enter() const {
+    bool all = true;
     for (const std::string& folder : Folders) {
         try {
             ChangeFolder(folder);
         } catch (const RuntimeError& error) {
             // Any other failure than a missing folder passes the level over: the copy will tell.
-            if (error.Number != kPathNotFound) continue;
+            if (error.Number != kPathNotFound) {
+                all = false;
+                continue;
+            }
             CreateFolder(folder);
             ChangeFolder(folder);
         }
     }
+    return all;
 }
 
 bool MirroredFolders::HoldsLink() const {
@@ -50,7 +58,7 @@ bool MirroredFolders::HoldsLink() const {
 }
 
 bool MirroredFolders::Save(Long row, const std::string& path) {
-    if (HoldsLink()) {
+    if (!Entered && HoldsLink()) {
         // The link stands in the way of every file: telling of it once is enough.
         if (!std::exchange(LinkTold, true)) {
             const RuntimeError refused(kFileAlreadyExists, kProjectName,
@@ -60,7 +68,7 @@ bool MirroredFolders::Save(Long row, const std::string& path) {
         return false;
     }
     try {
-        Enter();
+        if (!Entered) Entered = Enter();
     } catch (const RuntimeError&) {
         // Where a folder could not be created the copy fails, and tells of it.
     }

@@ -16,8 +16,9 @@ class MirroredFolders {
     /// Adds a level below those so far.
     void Add(const std::string& folderName);
 
-    /// Makes the chosen folder the process's current one; false when that fails.
-    bool ChosenFolderIsThere() const;
+    /// Makes the chosen folder, or the innermost one once it was entered, the process's current
+    /// one; false when the chosen folder is gone.
+    bool ChosenFolderIsThere();
     /// The path of a file of this name in the innermost folder.
     std::string PathOf(const std::string& fileName) const;
     /// Creates the folders that are missing, enters them, and copies a row to `path`. False when
@@ -25,12 +26,14 @@ class MirroredFolders {
     bool Save(Long row, const std::string& path);
 
   private:
-    void Enter() const;
+    /// Whether every folder was entered; the process's current one is the innermost.
+    bool Enter() const;
     bool HoldsLink() const;
 
     std::string Chosen;
     std::vector<std::string> Folders;  // full paths, outermost first
     bool LinkTold = false;
+    bool Entered = false;
 };
 
 }  // namespace tessel

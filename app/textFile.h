@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "platform/textDisplay.h"
 
@@ -10,19 +9,17 @@ namespace tessel {
 /// Turns every line break of a text that comes in parts into CR LF.
 class LineEnds {
   public:
-    /// `part` with its line breaks as CR LF. A CR at its end waits for what follows.
-    std::string_view Converted(std::string_view part);
+    /// Makes the line breaks of `part` CR LF. A CR at its end waits for what follows.
+    void Convert(std::string& part);
     /// What still waits when the text has ended.
-    std::string_view Rest();
+    std::string Rest();
 
   private:
-    std::string Buffer;
     bool HeldCr = false;
 };
 
-/// Writes a display's text to a new file as UTF-8 with CR LF, part by part, and lets
-/// events in between them. Raises what creating
-/// and writing a file raise.
+/// Writes a display's text to a new file as UTF-8 with CR LF, part by part, and lets events in
+/// between them. Raises what creating and writing a file raise.
 void WriteTextFile(const TextDisplay& display, const std::string& path);
 
 }  // namespace tessel

@@ -31,6 +31,8 @@ void ChangeFolder(const std::string& path);
 void CreateFolder(const std::string& path);
 /// Whether a folder stands at `path`, links followed.
 bool FolderExists(const std::string& path);
+/// Whether a folder itself, and no link to one, stands at `path`.
+bool IsRealFolder(const std::string& path);
 /// Whether a folder stands at `path` whose content the host shows.
 bool FolderCanBeListed(const std::string& path);
 /// Whether the last name of `path` is itself a symbolic link.

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -44,6 +45,8 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
 /// Adds bytes behind those written so far. Raises 61 when the disk is full, 57 when the medium
 /// fails; what could be written stays.
 void WriteFile(int number, std::span<const Byte> bytes);
+/// WriteFile for one file, which another thread may call as long as the file stays open.
+std::function<void(std::span<const Byte>)> WriterOf(int number);
 
 /// Whether `path` leads to a file that is open under any number, by whatever name or link.
 bool IsOpenFile(const std::string& path);

@@ -191,7 +191,7 @@ std::string TextDisplay::Lines(std::int64_t first, std::int64_t count) const {
     return Text(start, LineStart(first + count) - start);
 }
 
-void TextDisplay::WriteTo(const std::function<void(std::string_view)>& sink) const {
+void TextDisplay::WriteTo(const std::function<void(std::string& part)>& sink) const {
     std::string part;
     for (const Piece& piece : Pieces) {
         const std::int64_t size = piece.Size();

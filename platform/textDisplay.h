@@ -60,7 +60,7 @@ class TextDisplay {
     /// The text of `count` lines from `first` on, with their line breaks.
     std::string Lines(std::int64_t first, std::int64_t count) const;
     /// Hands the whole text to `sink`, in parts of bounded size. What `sink` throws ends it.
-    void WriteTo(const std::function<void(std::string_view)>& sink) const;
+    void WriteTo(const std::function<void(std::string& part)>& sink) const;
 
     /// Counts the times that the text was cleared or replaced, so that a screen knows whether what
     /// it remembers (a selection, a place) still points at the same text.

@@ -209,9 +209,11 @@ TEST_F(WindowTest, TheDisplayIsSavedAsText) {
     EXPECT_EQ(Read("info.txt").substr(0, 24), " MIXED   .TXT  Gr\u00FC\u00DFe\r\n");
     for (std::size_t cut = 0; cut <= start.size(); ++cut) {
         LineEnds ends;
-        std::string text(ends.Converted(start.substr(0, cut)));
-        text += ends.Converted(start.substr(cut));
-        EXPECT_EQ(text + std::string(ends.Rest()), converted) << cut;
+        std::string front = start.substr(0, cut);
+        std::string back = start.substr(cut);
+        ends.Convert(front);
+        ends.Convert(back);
+        EXPECT_EQ(front + back + ends.Rest(), converted) << cut;
     }
 }
 

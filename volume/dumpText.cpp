@@ -74,6 +74,29 @@ class LineHead {
     std::size_t Length;
 };
 
+/// Room for one character more than the cells need is used: a cell is put down four at a time.
+char* PutCells(char* to, std::span<const Byte> bytes) {
+    for (const Byte byte : bytes) {
+        std::memcpy(to, kByteCells[byte].data(), 4);
+        to += 3;
+    }
+    return to;
+}
+
+/// A whole line behind its head. The fixed length lets the compiler lay the loops out flat.
+char* PutBody(char* to, std::span<const Byte, kLineBytes> bytes) {
+    for (std::size_t i = 0; i < kLineBytes; ++i) {
+        std::memcpy(to + 3 * i, kByteCells[bytes[i]].data(), 4);
+    }
+    to += 3 * kLineBytes;
+    *to++ = ' ';
+    for (std::size_t i = 0; i < kLineBytes; ++i) to[i] = kByteCharacters[bytes[i]];
+    to += kLineBytes;
+    *to++ = '\r';
+    *to++ = '\n';
+    return to;
+}
+
 }  // namespace
 
 DumpText::DumpText(ClusterChain chain) : Source(std::move(chain)) {
@@ -135,16 +158,8 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
         while (inCluster < Source.BytesPerCluster() && !bytes.empty()) {
             const auto line = bytes.first(std::min<std::size_t>(kLineBytes, bytes.size()));
             to = head.Put(to, inCluster);
-            for (const Byte byte : line) {
-                std::memcpy(to, kByteCells[byte].data(), 4);
-                to += 3;
-            }
-            if (line.size() == kLineBytes) {
-                *to++ = ' ';
-                for (const Byte byte : line) *to++ = kByteCharacters[byte];
-                *to++ = '\r';
-                *to++ = '\n';
-            }
+            to = line.size() == kLineBytes ? PutBody(to, line.first<kLineBytes>())
+                                           : PutCells(to, line);
             bytes = bytes.subspan(line.size());
             first += kLineBytes;
             inCluster += kLineBytes;

@@ -44,6 +44,11 @@ bool FolderExists(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
+bool IsRealFolder(const std::string& path) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
 bool FolderCanBeListed(const std::string& path) {
     DIR* folder = opendir(path.c_str());
     return folder != nullptr && closedir(folder) == 0;

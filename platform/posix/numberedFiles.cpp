@@ -43,6 +43,16 @@ bool IsSame(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
+void WriteAll(int descriptor, std::span<const Byte> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) RaiseHostError(errno);
+        if (count == 0) Raise(kDiskFull);
+        bytes = bytes.subspan(static_cast<std::size_t>(count));
+    }
+}
+
 }  // namespace
 
 void OpenForReading(int number, const std::string& path) {
@@ -122,15 +132,10 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
     return good;
 }
 
-void WriteFile(int number, std::span<const Byte> bytes) {
-    const int descriptor = DescriptorOf(number);
-    while (!bytes.empty()) {
-        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) RaiseHostError(errno);
-        if (count == 0) Raise(kDiskFull);
-        bytes = bytes.subspan(static_cast<std::size_t>(count));
-    }
+void WriteFile(int number, std::span<const Byte> bytes) { WriteAll(DescriptorOf(number), bytes); }
+
+std::function<void(std::span<const Byte>)> WriterOf(int number) {
+    return std::bind_front(WriteAll, DescriptorOf(number));
 }
 
 bool IsOpenFile(const std::string& path) {

@@ -54,6 +54,8 @@ bool FolderCanBeListed(const std::string& path) {
     return true;
 }
 
+bool IsRealFolder(const std::string& path) { return FolderExists(path) && !IsLink(path); }
+
 bool IsLink(const std::string& path) {
     const DWORD attributes = Attributes(path);
     return attributes != INVALID_FILE_ATTRIBUTES &&

@@ -61,6 +61,19 @@ bool IsSame(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMAT
            one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }
 
+void WriteAll(HANDLE file, std::span<const Byte> bytes) {
+    constexpr std::size_t kMostAtOnce = 1 << 30;
+    while (!bytes.empty()) {
+        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+        DWORD count = 0;
+        if (::WriteFile(file, bytes.data(), wanted, &count, nullptr) == 0) {
+            RaiseHostError(GetLastError());
+        }
+        if (count == 0) Raise(kDiskFull);
+        bytes = bytes.subspan(count);
+    }
+}
+
 }  // namespace
 
 void OpenForReading(int number, const std::string& path) {
@@ -129,18 +142,10 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
     return good;
 }
 
-void WriteFile(int number, std::span<const Byte> bytes) {
-    HANDLE file = HandleOf(number);
-    constexpr std::size_t kMostAtOnce = 1 << 30;
-    while (!bytes.empty()) {
-        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
-        DWORD count = 0;
-        if (::WriteFile(file, bytes.data(), wanted, &count, nullptr) == 0) {
-            RaiseHostError(GetLastError());
-        }
-        if (count == 0) Raise(kDiskFull);
-        bytes = bytes.subspan(count);
-    }
+void WriteFile(int number, std::span<const Byte> bytes) { WriteAll(HandleOf(number), bytes); }
+
+std::function<void(std::span<const Byte>)> WriterOf(int number) {
+    return std::bind_front(WriteAll, HandleOf(number));
 }
 
 bool IsOpenFile(const std::string& path) {
