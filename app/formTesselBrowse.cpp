@@ -34,7 +34,11 @@ void formTessel::ListDirectory() {
         if ((IsFile(row) || IsDirectory(row)) && !IsDeleted(row)) AddEntryLine(row);
         if (IsVolumeLabel(row)) lblVolumeID.Caption = ListLine(row, false);
     }
-    if (listDIR.Count() > 0) listDIR.Select(0);
+    if (listDIR.Count() > 0) {
+        listDIR.Select(0);
+    } else {
+        ClearDisplay();  // choosing the mode may have shown the directory's own entry again
+    }
 }
 
 void formTessel::ClearList() { listDIR.Clear(); }

@@ -84,7 +84,8 @@ TEST_F(WindowTest, DamagedDirectoriesLeaveTheWindowUsable) {
     Open(image);
     EXPECT_EQ(Window->Form.lblVolumeID.Caption.Get(), "{.LABEL     } ") << "deleted or not";
     EXPECT_EQ(Run("double 1"), "box\tError\tThere is no directory above the root\n");
-    EXPECT_EQ(Run("double 2\nshow list\nshow display\nfile\nmenu Save File\nmenu Save Directory\n"
+    EXPECT_EQ(Run("choose Dump\ndouble 2\nshow list\nshow display\nfile\nmenu Save File\nmenu Save "
+                  "Directory\n"
                   "choose Dump\nshow display\npress Directory\nshow display\nselect 0"),
               "disabled Save Directory\ntessel-drive: no such list line: select 0\n")
         << "an empty list: nothing selected, an empty display, entry 0 in the File menu";

@@ -159,7 +159,7 @@ void LoadSubDirectory(Long cluster) {
             AddEntries(visited, perCluster);
         } catch (const RuntimeError& error) {
             // An end mark such as FFF8 is visited like a cluster, and may lie past every address.
-            if (error.Number != kOverflow || visited < Drives[1].ClusterCount) throw;
+            if (error.Number != kOverflow || n == 0 || visited < Drives[1].ClusterCount) throw;
         }
     }
 }
