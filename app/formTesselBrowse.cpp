@@ -126,7 +126,7 @@ void formTessel::ShowFileView(Long index) {
 void formTessel::DumpEntry(Long index) {
     SetBusy(true);
     if (IsDirectory(index) && DirEntries(index).StartCluster == 0) {
-        rtfDisplay.Text.Replace(DumpRootDirectory());
+        DumpRootDirectory(rtfDisplay.Text);
     } else {
         ShowFileDump(index, rtfDisplay.Text);
     }
@@ -143,6 +143,6 @@ void formTessel::cmdDisplayBootSector_Click() {
 
 void formTessel::cmdFat0_Click() { rtfDisplay.Text.Replace(DumpFat0()); }
 
-void formTessel::cmdRoot_Click() { rtfDisplay.Text.Replace(DumpRootDirectory()); }
+void formTessel::cmdRoot_Click() { DumpRootDirectory(rtfDisplay.Text); }
 
 }  // namespace tessel

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <vector>
 
 #include "util/byteCells.h"
 #include "util/modUtility.h"
@@ -14,31 +16,55 @@ namespace {
 
 constexpr std::size_t kPerRow = 16;
 constexpr Long kEntriesPerRow = 16;
+/// CR LF, eight digits, two blanks, and for each byte two digits, a blank and its character.
+constexpr std::size_t kRowLength = 2 + 8 + 2 + (3 + 1) * kPerRow;
 
-std::string Dump(const std::string& title, ByteBuffer bytes) {
+/// The rows of a dump, each behind a line end of its own; there are whole rows only.
+std::string Rows(ByteBuffer bytes, std::size_t first, std::size_t count) {
     std::string text;
-    constexpr std::size_t kRowLength = 2 + 8 + 2 + 3 * kPerRow + kPerRow;
-    text.reserve(title.size() + (bytes.size() / kPerRow + 3) * kRowLength);
-    text += title + "\r\n";
-    for (std::size_t i = 0; i < bytes.size(); i += kPerRow) {
-        const ByteBuffer row = bytes.subspan(i, std::min(kPerRow, bytes.size() - i));
-        text += "\r\n" + Hex8(static_cast<Long>(i)) + "  ";
+    text.reserve(count * kRowLength);
+    for (std::size_t i = first * kPerRow; i < (first + count) * kPerRow; i += kPerRow) {
+        text.append("\r\n").append(Hex8(static_cast<Long>(i))).append("  ");
         std::array<char, 4 * kPerRow> line;
         char* to = line.data();
-        for (const Byte byte : row) to = std::copy_n(kByteCells[byte].data() + 1, 3, to);
-        for (const Byte byte : row) *to++ = kByteCharacters[byte];
+        for (const Byte byte : bytes.subspan(i, kPerRow)) {
+            to = std::copy_n(kByteCells[byte].data() + 1, 3, to);
+        }
+        for (const Byte byte : bytes.subspan(i, kPerRow)) *to++ = kByteCharacters[byte];
         text.append(line.data(), to);
     }
-    // The first row opens a line of its own, and so does what stands behind the last.
-    text += "\r\n\r\n";
     return text;
+}
+
+/// The same rows, made when somebody asks: a root directory has up to 131,070 of them.
+GeneratedText RowsPiece(std::shared_ptr<const std::vector<Byte>> bytes) {
+    const std::size_t rows = bytes->size() / kPerRow;
+    constexpr std::int64_t length = kRowLength;
+    const auto read = [bytes](TextOffset at, std::size_t count, std::string& out) {
+        const auto start = static_cast<std::size_t>(at);
+        const std::size_t first = start / kRowLength;
+        const std::size_t behind = (start + count + kRowLength - 1) / kRowLength;
+        out.append(Rows(*bytes, first, behind - first), start % kRowLength, count);
+    };
+    return {.Size = static_cast<std::int64_t>(rows) * length,
+            .LineBreaks = static_cast<std::int64_t>(rows),
+            .Read = read,
+            .BreaksUpTo = [](TextOffset at) { return (at + length - 2) / length; },
+            .BehindBreak = [](std::int64_t n) { return (n - 1) * length + 2; }};
 }
 
 }  // namespace
 
-std::string DumpBootSector() { return Dump(" Raw Boot Sector 0", BootSectorBytes); }
+std::string DumpBootSector() {
+    return " Raw Boot Sector 0\r\n" + Rows(BootSectorBytes, 0, BootSectorBytes.size() / kPerRow) +
+           "\r\n\r\n";
+}
 
-std::string DumpRootDirectory() { return Dump(" Raw Root Directory", RootDirBytes); }
+void DumpRootDirectory(TextDisplay& display) {
+    display.Replace(" Raw Root Directory\r\n");
+    display.Append(RowsPiece(std::make_shared<const std::vector<Byte>>(RootDirBytes)));
+    display.Append("\r\n\r\n");
+}
 
 std::string DumpFat0() {
     const Long clusters = Drives[1].ClusterCount;

@@ -1,4 +1,5 @@
 #include "platform/host.h"
+#include "reports/dumps.h"
 #include "tests/fixture.h"
 #include "volume/modDisks.h"
 
@@ -190,6 +191,19 @@ TEST_F(ViewTest, AHugeClaimCostsNeitherTimeNorMemory) {
     ShowFileText(2, Text);
     EXPECT_TRUE(Same(Text.Text(), Times(512, "<00>")))
         << "one cluster behind the volume, and no more";
+}
+
+TEST_F(ViewTest, TheRootDirectoryIsDumpedWhole) {
+    for (const int entries : {0, 1, 224, 4096}) {
+        Layout layout = Layout::Fat16(6000);
+        layout.RootEntries = entries;
+        Image image(layout);
+        image.Poke(49 * 512, Noise(512));
+        Mount(image);
+        EXPECT_EQ(RootDirBytes.size(), static_cast<std::size_t>(entries) * 32);
+        DumpRootDirectory(Text);
+        EXPECT_TRUE(Agrees(Text, AreaDump(" Raw Root Directory", RootDirBytes)));
+    }
 }
 
 }  // namespace
