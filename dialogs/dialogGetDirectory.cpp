@@ -57,20 +57,26 @@ void dialogGetDirectory::ShowGetDirectory() {
 
 void dialogGetDirectory::InitDirectoryLists() {
     const std::string current = CurrentFolder();
+    Opening = true;
     if (Try([this] { driveDriveBox.SetDrive(DriveName); })) {
         if (!Try([this] { dirDirBox.SetPath(DirName); })) Try([&] { dirDirBox.SetPath(current); });
     } else {
         Try([&] { driveDriveBox.SetDrive(current); });
     }
-    // A list that shows nothing yet, and could go nowhere so far, shows the top.
-    if (dirDirBox.Path().empty()) {
-        Try([this] { dirDirBox.SetPath(DriveRoot(driveDriveBox.Drive())); });
+    Opening = false;
+    // A list that shows nothing yet, and could go nowhere so far, shows what there is to show.
+    for (const std::string& folder : {current, DriveRoot(HostDrives().front())}) {
+        if (dirDirBox.Path().empty()) Try([&] { dirDirBox.SetPath(folder); });
     }
     txtDirName.Text = dirDirBox.Path();
 }
 
 void dialogGetDirectory::driveDriveBox_Change() {
-    dirDirBox.SetPath(DriveRoot(driveDriveBox.Drive()));
+    const std::string root = DriveRoot(driveDriveBox.Drive());
+    // A start folder may be open to people whom the top of its drive is closed to. A drive that
+    // somebody picks must show its top, or is refused.
+    if (Opening && !FolderCanBeListed(root)) return;
+    dirDirBox.SetPath(root);
 }
 
 void dialogGetDirectory::dirDirBox_Change() { txtDirName.Text = dirDirBox.Path(); }

@@ -40,6 +40,8 @@ struct dialogGetDirectory {
     void OKButton_Click();
     void CancelButton_Click();
     void Form_CloseBox();
+
+    bool Opening = false;  ///< the program, and not a person, sets the lists
 };
 
 }  // namespace tessel

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <string>
@@ -12,14 +13,18 @@ int main(int argc, char** argv) {
     std::vector<std::string> words(argv + 1, argv + argc);
     tessel::DeskSettings settings;
     if (words.size() >= 2 && words[0] == "--settings") {
-        settings.Load(words[1]);
+        settings.Load(std::filesystem::absolute(words[1]).string());
         words.erase(words.begin(), words.begin() + 2);
     }
+
+    // A script may change the process's folder.
+    std::vector<std::filesystem::path> files;
+    for (const std::string& word : words) files.push_back(std::filesystem::absolute(word));
 
     const auto script = std::make_unique<tessel::Script>(std::cout, std::cerr, settings);
     bool good = true;
     for (std::size_t i = 0; good && i < words.size() && !script->Desk.Ended; ++i) {
-        std::ifstream file(words[i]);
+        std::ifstream file(files[i]);
         good = file.is_open();
         if (!good) std::cerr << "tessel-drive: cannot read " << words[i] << '\n';
         if (good) good = script->Run(file);

@@ -42,15 +42,12 @@ std::optional<LocalTime> ModificationTime(const DirEntry& e) {
     return valid ? std::optional(t) : std::nullopt;
 }
 
-/// Copies the chain into the open target and closes it. Raises what a failing write raises.
+/// Copies the chain into the open target. Raises what a failing write raises.
 WalkEnd CopyChain(Long row, const ClusterChain& chain, std::int64_t& written) {
-    const WalkEnd end =
-        WalkChain(chain, ContentLength(row, chain), [&](std::span<const Byte> bytes) {
-            WriteFile(kTargetFile, bytes);
-            written += static_cast<std::int64_t>(bytes.size());
-        });
-    CloseFile(kTargetFile);
-    return end;
+    return WalkChain(chain, ContentLength(row, chain), [&](std::span<const Byte> bytes) {
+        WriteFile(kTargetFile, bytes);
+        written += static_cast<std::int64_t>(bytes.size());
+    });
 }
 
 std::string ReadFailure(const ClusterChain& chain, std::int64_t offset, const std::string& path) {
@@ -104,20 +101,22 @@ bool SaveEntryToFile(Long row, const std::string& path) {
     }
 
     const TargetCloser closer;
-    const std::optional<LocalTime> modified = ModificationTime(DirEntries(row));
-    if (!(IsFile(row) && DirEntries(row).FileSize == 0)) {
-        const ClusterChain chain(DirEntries(row).StartCluster);
-        std::int64_t written = 0;
-        try {
-            const WalkEnd end = CopyChain(row, chain, written);
-            if (end == WalkEnd::kReadFailed) Report(ReadFailure(chain, written, path));
+    const DirEntry& e = DirEntries(row);
+    const std::optional<LocalTime> modified = ModificationTime(e);
+    std::optional<ClusterChain> chain;
+    if (!IsFile(row) || e.FileSize != 0) chain.emplace(e.StartCluster);
+    std::int64_t written = 0;
+    try {
+        if (chain) {
+            const WalkEnd end = CopyChain(row, *chain, written);
+            if (end == WalkEnd::kReadFailed) Report(ReadFailure(*chain, written, path));
             if (end != WalkEnd::kDone) return false;
-        } catch (const RuntimeError& error) {
-            Report(ErrorReport(error) + "\r\nError Writting File " + path + "\r\n");
-            return false;
         }
+        CloseFile(kTargetFile);
+    } catch (const RuntimeError& error) {
+        Report(ErrorReport(error) + "\r\nError Writting File " + path + "\r\n");
+        return false;
     }
-    CloseFile(kTargetFile);
     if (modified) SetModificationTime(path, *modified);
     return true;
 }
