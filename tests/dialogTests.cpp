@@ -48,39 +48,18 @@ class DialogTest : public TesselTest {
     std::map<std::string, std::string> Stored;
 };
 
-TEST_F(DialogTest, EveryKindHasItsRow) {
-    // Keyword, filter ("+" for the pair of all files), extension, description, key.
+TEST_F(DialogTest, TheKindMakesTheFilter) {
+    // A row of every shape: keyword, filter ("+" for the pair of all files), extension,
+    // description, key.
     std::istringstream rows(R"(~All Files (*.*)|*.*~~~ELSE
-bin~Binary File (*.bin)|*.bin+~bin~Binary~BIN
 COM~Command File (*.com)|*.com+~com~Command~COM
-Def~Definition File (*.def)|*.def+~def~Definitions~DEF
-DASM~Disassembled Files (*.dasm;*.dlst)|*.dasm;*.dlst+~dasm~Disassembled Source~DAS
-CLR~Colors File (*.clr)|*.clr+~clr~Colors~CLR
-RWE~Memory Attributes File (*.rwe)|*.rwe+~rwe~Memory Attributes~RWE
 LOADFILES~All Memory Files (*.bin;*.hex;*.ihx;*.mx;*.ent;*.com)|*.bin;*.hex;*.ihx;*.mx;*.ent;*.com|Binary File (*.bin)|*.bin|i-Hex File (*.hex;*.ihx)|*.hex;*.ihx|S-rec File (*.mx)|*.mx|com File (*.com)|*.com+~bin~Load Memory~Load
-SAVEFILES~All Memory Files (*.bin;*.hex;*.ihx;*.mx;*.com;*.dasm;*.dlst;*.dump)|*.bin;*.hex;*.ihx;*.mx;*.com;*.dasm;*.dlst;*.dump|Disassembled Files (*.dasm;*.dlst)|*.dasm;*.dlst|Disassembled Source File (*.dasm)|*.dasm|Disassembled List File (*.dlst)|*.dlst|Binary File (*.bin)|*.bin|i-Hex File (*.hex;*.ihx)|*.hex;*.ihx|S-rec File (*.mx)|*.mx|com File (*.com)|*.com|dump File (*.dump)|*.dump+~bin~Save Memory~Save
 ULOAD~All Files (*.*)|*.*~~"Upload to Host System"~ULoad
-DLOAD~All Files (*.*)|*.*~~"Download into Emulator"~DLoad
 IMG~All Disk Image Files (*.img;*.dsk;*.raw)|*.img;*.dsk;*.raw|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|RAW File (*.raw)|*.raw+~img~Raw Disk Image~IMG
-IMD~IMD File (*.imd)|*.imd+~imd~Image Disk File~IMD
 DRV~All Disk Image Files (*.img;*.dsk;*.imd)|*.img;*.dsk;*.imd|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|IMD File (*.imd)|*.imd+~img~Disk Image~DRIVE00
-FMT~Disk Format Files  (*.fmt)|*.fmt+~fmt~Disk Image Format~FMT
-PRN~Printer Spool File (*.prn)|*.prn+~prn~Printer~PRN
-IOREMAPFILES~IO map Files (*.iom;*.iomap)|*.iom;*.iomap~iom~I/O Remap Definition~IOM
 IOPANELS~IO Panel Files (*.iop;*.iopanel)|*.iop;*.iopanel~iop~I/O Panel Definition~IOP
-PIO~IO Properties Files  (*.pio)|*.pio+~pio~IO Properties~PIO
-CASSETTE~Cassette Tape(*.cas)|*.cas+~cas~Cassette~CAS
-DAD~Data Definition File (*.dad)|*.dad+~dad~Data Area Definition~DAD
-TAB~Terminal Abilities File (*.tab)|*.tab+~tab~Terminal Abilities~TAB
-FKY~Function Key Definition File (*.fky)|*.fky+~fky~Function Keys~FKY
-KBD~KeyBoard Definition File (*.kbd)|*.kbd+~kbd~Keyboard Definitions~KBD
 VDOSTEXT~Text File (*.txt)|*.txt|VersaDoS Text File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.EQ;*.FF;*.HT;*.LF;*.LG;*.LL;*.LS;*.MC;*.MX;*.NW;*.PF;*.PL;*.SA;*.SI+~txt~VersaDoS Text~VTXT
-VDOSDUMP~VersaDos Data Block File (*.VDB)|*.VDB|VersaDoS File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.DB;*.EM;*.EQ;*.FF;*.HT;*.IN;*.LF;*.LG;*.LL;*.LO;*.LS;*.MC;*.MG;*.MX;*.NW;*.OW;*.PC;*.PF;*.PL;*.PO;*.RO;*.RS;*.SA;*.SI;*.SY;*.TF+~VDB~VersaDoS DUMP~VDUMP
-VDOSREC~VersaDos Record File (*.VDR)|*.VDR|VersaDoS File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.DB;*.EM;*.EQ;*.FF;*.HT;*.IN;*.LF;*.LG;*.LL;*.LO;*.LS;*.MC;*.MG;*.MX;*.NW;*.OW;*.PC;*.PF;*.PL;*.PO;*.RO;*.RS;*.SA;*.SI;*.SY;*.TF+~VDR~VersaDoS Records~VREC
 TXT~Text File (*.txt)|*.txt+~txt~Text~TXT
-RTF~Rich Text File (*.rtf)|*.rtf+~rtf~Rich Text~RTF
-IRS~Interrupt Reset Settings (*.irs)|*.irs+~irs~Interrupt Reset Settings~IRS
-IDA~Interrupt Device Assignments (*.ida)|*.ida+~ida~Interrupt Device Assignments~IDA
 log~File (*.log)|*.log+~log~~ELSE
 DRV13~File (*.DRV13)|*.DRV13+~DRV13~~ELSE
 drv00~File (*.drv00)|*.drv00+~drv00~~ELSE
@@ -238,27 +217,18 @@ TEST_F(DialogTest, TheChooserStandsWhereItStood) {
     }
 }
 
-TEST_F(WindowTest, TheDesksMemoryHoldsAcrossRuns) {
+TEST_F(WindowTest, TheChoosersPlaceAndFolderLastFromRunToRun) {
     Settings.Load(At("settings"));
     std::filesystem::create_directory(At("out"));
     Open(SampleImage());
-    EXPECT_EQ(Run("show dialog"),
-              "title\tOpen FAT Raw File File\nfilter\tAll Disk Image Files (*.img;*.dsk;*.raw)|"
-              "*.img;*.dsk;*.raw|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|RAW File (*.raw)|"
-              "*.raw|All Files (*.*)|*.*\ndefaultExtension\timg\nfilterIndex\t1\nstartFolder\t@\n"
-              "fileName\t\nflags\t2101248\n");
     Run("folder @/out\nmenu Save Directory");
     Window->Form.Chooser->Form.Top = 4321;
     Restart();
-    RecentPaths = {};
     Settings.Load(At("settings"));
     EXPECT_EQ(Read("settings"), "Paths\tIMG\t" + Folder + "/\nPaths\tSAVEALL\t" + At("out") +
                                     "\nSaveALL\tLeft\t3000\nSaveALL\tTop\t4321\n");
-    Run("file\nmenu Open");
-    EXPECT_EQ(Window->Desk.LastDialog->InitDir, Folder + "/");
     EXPECT_FALSE(Window->Form.Chooser) << "loaded at its first use";
     EXPECT_EQ(Window->Form.GetDirName("", "", "saveall", 0, "Save All"), "");
-    EXPECT_EQ(Window->Form.Chooser->Form.Caption.Get(), "Directory Path Save All");
     EXPECT_EQ(Window->Form.Chooser->Form.Top, 4321);
     EXPECT_EQ(Settings.Read("Paths", "SAVEALL", "?"), "") << "Cancel clears it";
 }
