@@ -1,5 +1,6 @@
 #include "app/textFile.h"
 
+#include <chrono>
 #include <functional>
 #include <future>
 #include <span>
@@ -28,6 +29,7 @@ bool IsConverted(std::string_view text) {
 }
 
 /// Writes one part while the next is made: a dump is made about as fast as a disk cache takes it.
+/// Lets events in, also while a disk makes it wait.
 class PartWriter {
   public:
     PartWriter() : Put(WriterOf(kTextFile)) {}
@@ -35,6 +37,7 @@ class PartWriter {
     /// Takes `part` and leaves some other text in its place. Raises what writing the part before it
     /// raised.
     void Write(std::string& part) {
+        Turns.Take();
         Finish();
         Held.swap(part);
         Written = std::async([this] {
@@ -44,10 +47,15 @@ class PartWriter {
 
     /// Returns when all is written. Raises what writing raised.
     void Finish() {
-        if (Written.valid()) Written.get();
+        if (!Written.valid()) return;
+        while (Written.wait_for(kWait) == std::future_status::timeout) Turns.Take();
+        Written.get();
     }
 
   private:
+    static constexpr std::chrono::milliseconds kWait{8};
+
+    EventTurns Turns;
     std::function<void(std::span<const Byte>)> Put;
     std::string Held;
     std::future<void> Written;  // waits on its way out, in front of what it reads
@@ -83,12 +91,10 @@ void WriteTextFile(const TextDisplay& display, const std::string& path) {
     OpenForWriting(kTextFile, path);
     try {
         LineEnds ends;
-        EventTurns turns;
         PartWriter file;
         const auto write = [&](std::string& part) {
             ends.Convert(part);
             file.Write(part);
-            turns.Take();
         };
         display.WriteTo(write);
         std::string rest = ends.Rest();
