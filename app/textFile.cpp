@@ -63,9 +63,9 @@ class PartWriter {
 
 }  // namespace
 
-void LineEnds::Convert(std::string& part) {
+void LineEnds::Convert(std::string& part, bool onlyCrLf) {
     // Nearly every text is right as it stands, and large.
-    if (!HeldCr && IsConverted(part)) return;
+    if (!HeldCr && (onlyCrLf || IsConverted(part))) return;
     std::string converted;
     converted.reserve(part.size() + 2);
     for (const char c : part) {
@@ -92,13 +92,12 @@ void WriteTextFile(const TextDisplay& display, const std::string& path) {
     try {
         LineEnds ends;
         PartWriter file;
-        const auto write = [&](std::string& part) {
-            ends.Convert(part);
+        display.WriteTo([&](std::string& part, bool onlyCrLf) {
+            ends.Convert(part, onlyCrLf);
             file.Write(part);
-        };
-        display.WriteTo(write);
+        });
         std::string rest = ends.Rest();
-        write(rest);
+        file.Write(rest);
         file.Finish();
     } catch (...) {
         try {

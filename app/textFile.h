@@ -9,8 +9,9 @@ namespace tessel {
 /// Turns every line break of a text that comes in parts into CR LF.
 class LineEnds {
   public:
-    /// Makes the line breaks of `part` CR LF. A CR at its end waits for what follows.
-    void Convert(std::string& part);
+    /// Makes the line breaks of `part` CR LF. A CR at its end waits for what follows, unless
+    /// `onlyCrLf` tells that the text around it has no other line breaks.
+    void Convert(std::string& part, bool onlyCrLf);
     /// What still waits when the text has ended.
     std::string Rest();
 

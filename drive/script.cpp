@@ -149,7 +149,7 @@ bool Script::ClickLine(const std::string& number, bool twice) {
 
 bool Script::Show(const std::string& what) {
     if (what == "display") {
-        Form.rtfDisplay.Text.WriteTo([this](std::string_view part) { Out << part; });
+        Form.rtfDisplay.Text.WriteTo([this](std::string_view part, bool) { Out << part; });
     } else if (what == "list") {
         for (int line = 0; line < Form.listDIR.Count(); ++line) {
             Out << (line == Form.listDIR.ListIndex() ? ">" : "") << Form.listDIR.ItemData(line)

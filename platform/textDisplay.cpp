@@ -5,8 +5,10 @@
 namespace tessel {
 namespace {
 
-/// How much of a text is held at once while it is written out.
-constexpr std::int64_t kPart = 1 << 20;
+/// How much of a text is held at once while it is written out, and how much more a piece may need
+/// while it makes that.
+constexpr std::int64_t kPart = 2 << 20;
+constexpr std::int64_t kPartSlack = 4096;
 
 template <class... F>
 struct Cases : F... {
@@ -191,14 +193,17 @@ std::string TextDisplay::Lines(std::int64_t first, std::int64_t count) const {
     return Text(start, LineStart(first + count) - start);
 }
 
-void TextDisplay::WriteTo(const std::function<void(std::string& part)>& sink) const {
+void TextDisplay::WriteTo(const std::function<void(std::string& part, bool onlyCrLf)>& sink) const {
     std::string part;
     for (const Piece& piece : Pieces) {
         const std::int64_t size = piece.Size();
+        const auto* generated = std::get_if<GeneratedText>(&piece.Content);
+        const bool onlyCrLf = generated != nullptr && generated->OnlyCrLf;
         for (TextOffset at = 0; at < size; at += kPart) {
             part.clear();
+            part.reserve(static_cast<std::size_t>(std::min(kPart, size - at) + kPartSlack));
             piece.Read(at, static_cast<std::size_t>(std::min(kPart, size - at)), part);
-            sink(part);
+            sink(part, onlyCrLf);
         }
     }
 }

@@ -18,6 +18,7 @@ using TextOffset = std::int64_t;
 struct GeneratedText {
     std::int64_t Size = 0;        ///< bytes of text
     std::int64_t LineBreaks = 0;  ///< line breaks in it
+    bool OnlyCrLf = false;        ///< every CR in it stands before an LF, every LF behind a CR
 
     /// Appends the `count` bytes from `at` on to `out`; at + count is at most Size. Bytes
     /// that can no longer be read are told as if they were 0, and raise nothing.
@@ -59,8 +60,9 @@ class TextDisplay {
     std::string Text() const { return Text(0, Size()); }
     /// The text of `count` lines from `first` on, with their line breaks.
     std::string Lines(std::int64_t first, std::int64_t count) const;
-    /// Hands the whole text to `sink`, in parts of bounded size. What `sink` throws ends it.
-    void WriteTo(const std::function<void(std::string& part)>& sink) const;
+    /// Hands the whole text to `sink`, in parts of bounded size, with a word on whether the piece
+    /// that the part is of has `OnlyCrLf`. What `sink` throws ends it.
+    void WriteTo(const std::function<void(std::string& part, bool onlyCrLf)>& sink) const;
 
     /// Counts the times that the text was cleared or replaced, so that a screen knows whether what
     /// it remembers (a selection, a place) still points at the same text.

@@ -48,6 +48,7 @@ GeneratedText RowsPiece(std::shared_ptr<const std::vector<Byte>> bytes) {
     };
     return {.Size = static_cast<std::int64_t>(rows) * length,
             .LineBreaks = static_cast<std::int64_t>(rows),
+            .OnlyCrLf = true,
             .Read = read,
             .BreaksUpTo = [](TextOffset at) { return (at + length - 2) / length; },
             .BehindBreak = [](std::int64_t n) { return (n - 1) * length + 2; }};

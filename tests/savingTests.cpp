@@ -211,10 +211,14 @@ TEST_F(WindowTest, TheDisplayIsSavedAsText) {
         LineEnds ends;
         std::string front = start.substr(0, cut);
         std::string back = start.substr(cut);
-        ends.Convert(front);
-        ends.Convert(back);
+        ends.Convert(front, false);
+        ends.Convert(back, false);
         EXPECT_EQ(front + back + ends.Rest(), converted) << cut;
     }
+    LineEnds ends;
+    std::string parts[] = {"a\r", "b\r", "\nc\r\n"};
+    for (std::string& part : parts) ends.Convert(part, &part != parts);
+    EXPECT_EQ(parts[0] + parts[1] + parts[2] + ends.Rest(), "a\r\nb\r\nc\r\n");
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 /// Whether all that a display answers about its lines agrees with the whole text.
 ::testing::AssertionResult Agrees(const TextDisplay& display, const std::string& text) {
     std::string written;
-    display.WriteTo([&written](std::string_view part) { written += part; });
+    display.WriteTo([&written](std::string_view part, bool) { written += part; });
     const auto whole = Same(display.Text(), text);
     if (!whole || written != text) return whole ? Same(written, text) : whole;
     std::vector<std::int64_t> starts = {0}, ends;

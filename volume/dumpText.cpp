@@ -57,14 +57,17 @@ class LineHead {
     }
 
     /// Puts the head with an offset down; room for kRoom characters is used, Length count.
-    char* Put(char* to, std::int64_t offset) {
+    char* Put(char* to, std::int64_t offset) const {
         const auto within = static_cast<std::uint32_t>(offset);
-        // Seven digits: a cluster is at most 255 sectors of 512 bytes.
-        PutHex4(PutHex4(Text.data() + 5, within >> 16), within);
-        std::memcpy(Text.data() + Length - 7, kPairs[within / 10000].data(), 2);
-        PutDecimal4(Text.data() + Length - 5, within % 10000);
+        // The digits go into the copy: a processor waits when it reads at once, and in larger
+        // pieces, what it has just written.
         std::memcpy(to, Text.data(), kRoom);
-        return to + Length;
+        PutHex4(PutHex4(to + 5, within >> 16), within);
+        // Seven digits: a cluster is at most 255 sectors of 512 bytes.
+        to += Length;
+        std::memcpy(to - 7, kPairs[within / 10000].data(), 2);
+        PutDecimal4(to - 5, within % 10000);
+        return to;
     }
 
     static constexpr std::size_t kRoom = 32;
@@ -153,7 +156,7 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
     std::size_t held = 0;
     while (!bytes.empty()) {
         const ClusterChain::Stretch at = Source.At(first);
-        LineHead head(at.Cluster);
+        const LineHead head(at.Cluster);
         std::int64_t inCluster = at.InCluster;
         while (inCluster < Source.BytesPerCluster() && !bytes.empty()) {
             const auto line = bytes.first(std::min<std::size_t>(kLineBytes, bytes.size()));
@@ -197,7 +200,8 @@ void DumpText::Read(std::int64_t bytes, TextOffset at, std::size_t count, std::s
 
 GeneratedText DumpPiece(std::shared_ptr<const DumpText> text,
                         std::shared_ptr<const std::int64_t> bytes) {
-    return {.Read = [text, bytes](TextOffset at, std::size_t count,
+    return {.OnlyCrLf = true,
+            .Read = [text, bytes](TextOffset at, std::size_t count,
                                   std::string& out) { text->Read(*bytes, at, count, out); },
             .BreaksUpTo = [text](TextOffset at) { return text->ByteOf(at) / kLineBytes; },
             .BehindBreak = [text](std::int64_t n) { return text->TextOf(n * kLineBytes); }};

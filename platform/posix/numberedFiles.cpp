@@ -43,9 +43,14 @@ bool IsSame(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
+/// Bytes for one call. They are still in the processor's caches when the kernel takes them, and a
+/// call with eight times as many was seen to take up to four times as long a byte.
+constexpr std::size_t kWriteAtOnce = 128 * 1024;
+
 void WriteAll(int descriptor, std::span<const Byte> bytes) {
     while (!bytes.empty()) {
-        const ssize_t count = write(descriptor, bytes.data(), bytes.size());
+        const std::size_t some = std::min(bytes.size(), kWriteAtOnce);
+        const ssize_t count = write(descriptor, bytes.data(), some);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) RaiseHostError(errno);
         if (count == 0) Raise(kDiskFull);
