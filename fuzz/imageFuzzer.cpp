@@ -1,0 +1,48 @@
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "fuzz/memoryHost.h"
+#include "fuzz/visitor.h"
+
+namespace {
+
+constexpr std::size_t kHead = 6;
+enum Choice : unsigned { kFailing = 1, kCloseBetween = 2, kInKilobytes = 4 };
+
+}  // namespace
+
+/// Two images, one after the other in one window, so that what the first one left is met by the
+/// second. In front of them stand: choices, the offset's 3 bytes, the first image's length in
+/// 256ths of the rest, and where a failing medium fails in 64ths of it.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace tessel;
+    if (size < kHead) return 0;
+    const std::span<const std::uint8_t> head(data, kHead);
+    const std::span<const std::uint8_t> rest(data + kHead, size - kHead);
+    const std::uint32_t offset = head[1] | head[2] * 256U | head[3] * 65536U;
+    const std::size_t first = rest.size() * (head[4] + 1U) / 256;
+
+    Visitor visitor;
+    const std::string folder = memory::kImages;
+    memory::PutImage(
+        folder + "/one.img", rest.first(first),
+        head[0] & kFailing ? static_cast<std::int64_t>(first * head[5] / 64) : INT64_MAX);
+    memory::PutImage(folder + "/two.img", rest.subspan(first));
+
+    if (offset != 0) {
+        visitor.Do("input " + std::to_string(offset) + (head[0] & kInKilobytes ? "k" : ""));
+        visitor.Do("menu Offset");
+    }
+    visitor.Open(folder + "/one.img");
+    visitor.LookAround();
+    if (head[0] & kCloseBetween) visitor.Do("menu Close");
+    if (first < rest.size()) {
+        visitor.Open(folder + "/two.img");
+        visitor.LookAround();
+    }
+    visitor.Do("menu Close");
+    return 0;
+}

@@ -1,0 +1,201 @@
+#include "fuzz/memoryHost.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+
+#include "platform/hostFiles.h"
+#include "platform/names.h"
+#include "platform/numberedFiles.h"
+
+namespace tessel {
+namespace {
+
+/// More than any sound volume of 16 bits a FAT entry holds.
+constexpr std::int64_t kRoom = std::int64_t{4} << 30;
+
+struct ImageFile {
+    std::span<const Byte> Bytes;
+    std::int64_t FailsFrom = INT64_MAX;
+};
+
+struct OpenFile {
+    std::string Path;
+    std::optional<ImageFile> Image;  // none: open for writing
+};
+
+struct MemoryHost {
+    std::map<std::string, ImageFile> Images;
+    std::set<std::string> Folders{"/", memory::kImages, memory::kChosen};
+    std::set<std::string> Files;
+    std::set<std::string> Made;
+    std::map<int, OpenFile> Open;
+    std::string Current = "/";
+    std::int64_t Written =
+        0;  // the display is saved by a second thread, and nothing else meanwhile
+} TheMemory;
+
+/// The path from the top, without a separator at its end.
+std::string Whole(const std::string& path) {
+    std::string whole = path.starts_with('/') ? path : JoinPath(TheMemory.Current, path);
+    while (whole.size() > 1 && whole.ends_with('/')) whole.pop_back();
+    return whole;
+}
+
+std::string ParentOf(const std::string& whole) {
+    const std::string parent = FolderOf(whole);
+    return parent.size() > 1 ? parent.substr(0, parent.size() - 1) : parent;
+}
+
+bool Exists(const std::string& whole) {
+    return TheMemory.Images.contains(whole) || TheMemory.Files.contains(whole) ||
+           TheMemory.Folders.contains(whole);
+}
+
+/// What creating something at a path meets first.
+void RefusePlace(const std::string& whole) {
+    if (whole.find('\0') != whole.npos) Raise(kBadFileNumber);
+    if (FileTitleOf(whole).size() > 255) Raise(kPathNotFound);
+    if (!TheMemory.Folders.contains(ParentOf(whole))) Raise(kPathNotFound);
+    if (Exists(whole)) Raise(kFileAlreadyExists);
+    if (whole.starts_with(memory::kImages)) Raise(kPathFileAccessError);
+}
+
+const OpenFile& FileOf(int number) {
+    const auto file = TheMemory.Open.find(number);
+    if (file == TheMemory.Open.end()) Raise(kBadFileNumber);
+    return file->second;
+}
+
+}  // namespace
+
+namespace memory {
+
+void Reset() { TheMemory = {}; }
+
+void PutImage(const std::string& path, std::span<const Byte> bytes, std::int64_t failsFrom) {
+    TheMemory.Images[path] = {bytes, failsFrom};
+}
+
+const std::set<std::string>& Made() { return TheMemory.Made; }
+std::int64_t BytesWritten() { return TheMemory.Written; }
+
+}  // namespace memory
+
+// --- Numbered files. -----------------------------------------------------------------------------
+
+void OpenForReading(int number, const std::string& path) {
+    if (TheMemory.Open.contains(number)) Raise(kFileAlreadyOpen);
+    const std::string whole = Whole(path);
+    if (path.empty() || whole.find('\0') != whole.npos) Raise(kBadFileNumber);
+    if (TheMemory.Folders.contains(whole)) Raise(kPathFileAccessError);
+    const auto image = TheMemory.Images.find(whole);
+    const bool written = TheMemory.Files.contains(whole);
+    if (image == TheMemory.Images.end() && !written) {
+        Raise(TheMemory.Folders.contains(ParentOf(whole)) ? kFileNotFound : kPathNotFound);
+    }
+    TheMemory.Open[number] = {whole, written ? ImageFile{} : image->second};
+}
+
+void OpenForWriting(int number, const std::string& path) {
+    if (TheMemory.Open.contains(number)) Raise(kFileAlreadyOpen);
+    const std::string whole = Whole(path);
+    RefusePlace(whole);
+    TheMemory.Files.insert(whole);
+    TheMemory.Made.insert(whole);
+    TheMemory.Open[number] = {whole, std::nullopt};
+}
+
+void CloseFile(int number) { TheMemory.Open.erase(number); }
+void CloseAllFiles() { TheMemory.Open.clear(); }
+bool FileIsOpen(int number) { return TheMemory.Open.contains(number); }
+
+std::int64_t FileLength(int number) {
+    return std::ssize(FileOf(number).Image.value_or(ImageFile{}).Bytes);
+}
+
+void ReadFile(int number, std::int64_t offset, std::span<Byte> bytes) {
+    FileOf(number);
+    if (offset < 0 || offset > kLastFileOffset) Raise(kOverflow);
+    if (ReadFileUpTo(number, offset, bytes) < bytes.size()) Raise(kDeviceIoError);
+}
+
+std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes) {
+    std::fill(bytes.begin(), bytes.end(), Byte{0});
+    if (!FileIsOpen(number) || offset < 0) return 0;
+    const ImageFile image = FileOf(number).Image.value_or(ImageFile{});
+    const std::int64_t end =
+        std::min({offset + std::ssize(bytes), image.FailsFrom, kLastFileOffset + 1});
+    const std::int64_t good = std::max<std::int64_t>(end - offset, 0);
+    const std::int64_t held = std::min(good, std::ssize(image.Bytes) - offset);
+    if (held > 0) {
+        std::copy_n(image.Bytes.begin() + static_cast<std::ptrdiff_t>(offset), held, bytes.begin());
+    }
+    return static_cast<std::size_t>(good);
+}
+
+void WriteFile(int number, std::span<const Byte> bytes) {
+    if (FileOf(number).Image) Raise(kPathFileAccessError);
+    TheMemory.Written += std::ssize(bytes);
+    if (TheMemory.Written > kRoom) Raise(kDiskFull);
+}
+
+std::function<void(std::span<const Byte>)> WriterOf(int number) {
+    FileOf(number);
+    return [number](std::span<const Byte> bytes) { WriteFile(number, bytes); };
+}
+
+bool IsOpenFile(const std::string& path) {
+    return std::any_of(TheMemory.Open.begin(), TheMemory.Open.end(),
+                       [&](const auto& open) { return open.second.Path == Whole(path); });
+}
+
+bool IsSameFile(const std::string& path, const std::string& other) {
+    return Whole(path) == Whole(other) && Exists(Whole(path));
+}
+
+// --- The file system. ----------------------------------------------------------------------------
+
+char FolderSeparator() { return '/'; }
+std::string SafeName(const std::string& name) { return SafePosixName(name); }
+std::string CurrentFolder() { return TheMemory.Current; }
+
+void ChangeFolder(const std::string& path) {
+    if (!FolderExists(path)) Raise(kPathNotFound);
+    TheMemory.Current = Whole(path);
+}
+
+void CreateFolder(const std::string& path) {
+    const std::string whole = Whole(path);
+    RefusePlace(whole);
+    TheMemory.Folders.insert(whole);
+    TheMemory.Made.insert(whole);
+}
+
+bool FolderExists(const std::string& path) { return TheMemory.Folders.contains(Whole(path)); }
+bool IsRealFolder(const std::string& path) { return FolderExists(path); }
+bool FolderCanBeListed(const std::string& path) { return FolderExists(path); }
+bool IsLink(const std::string&) { return false; }
+
+bool VisibleFileExists(const std::string& path) {
+    const std::string whole = Whole(path);
+    const bool file = TheMemory.Files.contains(whole) || TheMemory.Images.contains(whole);
+    return file && !FileTitleOf(whole).starts_with('.');
+}
+
+void DeleteFile(const std::string& path) {
+    const std::string whole = Whole(path);
+    if (TheMemory.Images.contains(whole)) Raise(kPathFileAccessError);
+    if (TheMemory.Files.erase(whole) == 0) Raise(kFileNotFound);
+}
+
+bool SetModificationTime(const std::string& path, const LocalTime&) {
+    return TheMemory.Files.contains(Whole(path));
+}
+
+std::vector<std::string> HostDrives() { return {"/"}; }
+std::string DriveOf(const std::string& path) { return path.starts_with('/') ? "/" : ""; }
+std::string DriveRoot(const std::string& drive) { return drive; }
+double PeakMemoryMiB() { return 0; }
+
+}  // namespace tessel

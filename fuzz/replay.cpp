@@ -1,0 +1,36 @@
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+
+/// replay FOLDER: feeds every file of a folder to the target that this is linked with. Fails where
+/// there is none, and where one of them took more than a second.
+int main(int argc, char** argv) {
+    namespace fs = std::filesystem;
+    if (argc != 2) return 2;
+    std::vector<fs::path> inputs;
+    for (const auto& entry : fs::directory_iterator(argv[1])) inputs.push_back(entry.path());
+    std::sort(inputs.begin(), inputs.end());
+    double slowest = 0;
+    fs::path slowestInput;
+    for (const fs::path& input : inputs) {
+        std::ifstream file(input, std::ios::binary);
+        const std::vector<char> bytes((std::istreambuf_iterator<char>(file)), {});
+        const auto start = std::chrono::steady_clock::now();
+        LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+        const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+        if (taken.count() > slowest) {
+            slowest = taken.count();
+            slowestInput = input.filename();
+        }
+    }
+    std::printf("%zu inputs; the slowest, %s, took %.0f ms\n", inputs.size(),
+                slowestInput.string().c_str(), slowest * 1000);
+    return inputs.empty() || slowest > 1 ? 1 : 0;
+}

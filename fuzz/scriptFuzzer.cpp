@@ -1,0 +1,54 @@
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <string>
+
+#include "fuzz/memoryHost.h"
+#include "fuzz/visitor.h"
+#include "tests/imageBuilder.h"
+
+namespace {
+
+/// A small disk with something of everything, and the same disk with its chains in a knot.
+tessel::images::Bytes Disk(bool sound) {
+    using namespace tessel::images;
+    Layout layout;
+    layout.RootEntries = 64;
+    layout.SmallSectors = 100;
+    layout.SectorsPerFat = 1;
+    Image image(layout);
+    image.Add(Image::kRoot, {.Name = "MYDISK", .Attributes = 8});
+    image.AddFile(Image::kRoot, {.Name = "README.TXT", .LongName = u"Read me first.txt"},
+                  "Hello\r\nWorld\ttab\x1B\r\n");
+    image.AddFile(Image::kRoot, {.Name = "BIG.BIN"}, std::string(3000, 'x'));
+    const int sub = image.AddDirectory(Image::kRoot, {.Name = "SUB", .Attributes = 0x10});
+    image.AddFile(sub, {.Name = "INNER.TXT"}, "inside");
+    const int deep = image.AddDirectory(sub, {.Name = "DEEP.D", .Attributes = 0x10});
+    image.Add(deep, {.Name = "LARGE.BIN", .Cluster = 3, .Size = 2'000'000'000});
+    if (!sound) {
+        for (int cluster = 2; cluster < 30; ++cluster) image.SetFat(cluster, cluster % 5 + 3);
+    }
+    return image.File();
+}
+
+}  // namespace
+
+/// A script for the driver, on two small images.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    using namespace tessel;
+    static const images::Bytes sound = Disk(true);
+    static const images::Bytes knotted = Disk(false);
+    Visitor visitor(true);
+    memory::PutImage(std::string(memory::kImages) + "/disk.img", sound);
+    memory::PutImage(std::string(memory::kImages) + "/knot.img", knotted);
+
+    constexpr int kMostLines = 100;
+    std::istringstream script(std::string(reinterpret_cast<const char*>(data), size));
+    std::string line;
+    for (int i = 0; i < kMostLines && std::getline(script, line); ++i) {
+        if (line == "clock") continue;  // it tells the time on standard error
+        visitor.Do(line);
+        if (visitor.Ended()) break;
+    }
+    return 0;
+}

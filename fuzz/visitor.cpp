@@ -1,0 +1,163 @@
+#include "fuzz/visitor.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include "dialogs/modFile.h"
+#include "fuzz/memoryHost.h"
+#include "platform/hostFiles.h"
+#include "volume/modDisks.h"
+
+namespace tessel {
+namespace {
+
+/// Steps for one image, and turns of waiting events for one step, of about 8 ms each.
+constexpr int kMostSteps = 60;
+constexpr int kMostLines = 12;
+constexpr int kDeepest = 3;
+constexpr long kPatience = 4;
+constexpr std::int64_t kWholeText = 256 * 1024;
+
+void Hold(bool isTrue, const char* what) {
+    if (isTrue) return;
+    std::fprintf(stderr, "not true: %s\n", what);
+    std::abort();
+}
+
+bool IsDirectoryLine(const std::string& text) { return text.starts_with('['); }
+
+}  // namespace
+
+Visitor::Visitor(bool savesAnywhere) : SavesAnywhere(savesAnywhere) {
+    memory::Reset();
+    ResetVolume();
+    RecentPaths = {};
+    Program = std::make_unique<Script>(Out, Out, Settings);
+    Program->Desk.OnEvents = [this] {
+        if (--TurnsLeft == 0) Program->Form.cmdABORT.Press();
+    };
+}
+
+Visitor::~Visitor() {
+    Program->Finish();
+    ResetVolume();
+    TheHost = {};
+}
+
+void Visitor::Do(const std::string& scriptLine) {
+    TurnsLeft = kPatience;
+    ++Steps;
+    Out.str("");
+    // A file dialog that nobody has an answer for is cancelled.
+    auto& answers = Program->Desk.Files;
+    const bool unanswered = answers.empty();
+    if (unanswered) answers.emplace_back();
+    Program->RunLine(scriptLine);
+    if (unanswered && !answers.empty()) answers.pop_front();
+    CheckWindow();
+}
+
+void Visitor::Open(const std::string& path) {
+    Steps = 0;
+    Do("file " + path);
+    Do("menu Open");
+}
+
+void Visitor::CheckWindow() {
+    formTessel& form = Program->Form;
+    Hold(!Busy, "no operation goes on after its command");
+    Hold(!form.VolumeOpen || Drives[1].IsOpen, "an image is open where a volume is listed");
+    Hold(form.VolumeOpen || form.listDIR.Count() == 0, "no list without a volume");
+    Hold(form.listDIR.ListIndex() < form.listDIR.Count(), "the selected line is one of the list");
+    Hold(form.DirDepth >= 0 && form.DirDepth < 512, "the level is one of the stack");
+    Hold(!Program->Desk.Hourglass, "the usual pointer after each command");
+    CheckText();
+    if (!SavesAnywhere) CheckMade();
+}
+
+void Visitor::CheckMade() const {
+    const std::string chosen = std::string(memory::kChosen) + FolderSeparator();
+    for (const std::string& made : memory::Made()) {
+        Hold(made.starts_with(chosen), "everything is made below the chosen folder");
+        const std::string name = made.substr(chosen.size());
+        Hold(std::all_of(name.begin(), name.end(), [](unsigned char c) { return c >= 32; }),
+             "no control character in a name");
+        Hold((name + '/').find("../") == name.npos, "no step up in a path");
+    }
+}
+
+void Visitor::CheckText() const {
+    const TextDisplay& text = Program->Form.rtfDisplay.Text;
+    const std::int64_t size = text.Size();
+    const std::int64_t lines = text.LineCount();
+    Hold(size >= 0 && lines >= 1, "sizes count up");
+    for (const std::int64_t line : {std::int64_t{0}, lines / 2, lines - 1}) {
+        const TextOffset start = text.LineStart(line);
+        const TextOffset end = text.LineEnd(line);
+        Hold(start >= 0 && start <= end && end <= size, "a line lies within the text");
+        Hold(text.LineAt(start) == line, "the line at a line's start is that line");
+        Hold(std::ssize(text.Text(start, 4096)) == std::min<std::int64_t>(4096, size - start),
+             "as many bytes as are there");
+    }
+    if (size > kWholeText) return;
+
+    const std::string whole = text.Text();
+    Hold(std::ssize(whole) == size, "the whole text has the told size");
+    std::string parts;
+    text.WriteTo([&parts](std::string_view part, bool) { parts += part; });
+    Hold(parts == whole, "parts make the whole text");
+    std::string joined;
+    for (std::int64_t line = 0; line < lines; line += 100) joined += text.Lines(line, 100);
+    Hold(joined == whole, "lines make the whole text");
+    for (TextOffset at = 0; at < size; at += 997) {
+        Hold(text.Text(at, 61) == whole.substr(static_cast<std::size_t>(at), 61),
+             "a range is that part of the whole");
+    }
+}
+
+void Visitor::TryEntry(int line) {
+    for (const char* mode : {"File info", "Display", "Dump"}) {
+        Do(std::string("choose ") + mode);
+        Do("select " + std::to_string(line));
+    }
+    Do(std::string("file ") + memory::kChosen + FolderSeparator() + "one");
+    Do("menu Save File");
+}
+
+void Visitor::EnterDirectories(int depth) {
+    ListBox& list = Program->Form.listDIR;
+    for (int line = 0; line < std::min(list.Count(), kMostLines); ++line) {
+        if (Steps >= kMostSteps) return;
+        TryEntry(line);
+    }
+    Do(std::string("folder ") + memory::kChosen);
+    Do("menu Save Directory");
+    if (depth == kDeepest) return;
+    for (int line = 0; line < std::min(list.Count(), kMostLines); ++line) {
+        if (Steps >= kMostSteps || !IsDirectoryLine(list.Text(line))) continue;
+        const Long level = Program->Form.DirDepth;
+        Do("double " + std::to_string(line));
+        if (Program->Form.DirDepth > level) EnterDirectories(depth + 1);
+        // Back by "..", where the directory has one.
+        for (int up = 0; up < std::min(list.Count(), kMostLines); ++up) {
+            if (!list.Text(up).starts_with("[..")) continue;
+            Do("double " + std::to_string(up));
+            break;
+        }
+    }
+}
+
+void Visitor::LookAround() {
+    for (const char* button : {"Boot Sector", "FAT0", "Root", "Directory"}) {
+        Do(std::string("press ") + button);
+        Do(std::string("file ") + memory::kChosen + FolderSeparator() + "text");
+        Do("menu Save Display");
+    }
+    EnterDirectories(0);
+    Do("show enabled");
+    Do("show labels");
+}
+
+}  // namespace tessel
