@@ -40,9 +40,11 @@ class PartWriter {
         Turns.Take();
         Finish();
         Held.swap(part);
-        Written = std::async([this] {
-            Put({reinterpret_cast<const Byte*>(Held.data()), Held.size()});
-        });
+        if (Held.size() < kWorthAThread) {
+            PutHeld();
+        } else {
+            Written = std::async([this] { PutHeld(); });
+        }
     }
 
     /// Returns when all is written. Raises what writing raised.
@@ -54,6 +56,9 @@ class PartWriter {
 
   private:
     static constexpr std::chrono::milliseconds kWait{8};
+    static constexpr std::size_t kWorthAThread = 256 * 1024;
+
+    void PutHeld() { Put({reinterpret_cast<const Byte*>(Held.data()), Held.size()}); }
 
     EventTurns Turns;
     std::function<void(std::span<const Byte>)> Put;
