@@ -65,7 +65,7 @@ class Somebody {
 
 /// The boxes of each way to save.
 struct Tried {
-    std::string Opening, SavingFile, SavingText, SavingDirectory;
+    std::string SavingFile, SavingText, SavingDirectory;
 };
 
 class HostFaultTest : public WindowTest {
@@ -118,7 +118,7 @@ TEST_F(HostFaultTest, WithoutPermissionNothingIsTouched) {
         const Somebody somebody;
         ASSERT_FALSE(somebody.Failed);
         const Tried tried = Save();
-        EXPECT_EQ(tried.SavingFile, kRefusedFile + "@/out/a\n");
+        EXPECT_EQ(tried.SavingFile, kRefused + "\n");
         EXPECT_EQ(tried.SavingText, kRefused + "\n");
         EXPECT_EQ(tried.SavingDirectory, ForEachFile(kNoFolder));
         EXPECT_EQ(Run("file @/secret\nmenu Open"), kRefusedFile + "@/secret\n");
