@@ -9,7 +9,7 @@
 #include <QMenuBar>
 #include <QPainter>
 #include <QProxyStyle>
-#include <QRadioButton>
+#include <QShortcut>
 
 namespace tessel {
 namespace {
@@ -73,6 +73,32 @@ class FrameView : public QGroupBox {
         painter.setClipRegion(QRegion(rect()).subtracted(caption));
         painter.setPen(palette().color(QPalette::Mid));
         painter.drawRoundedRect(rect().adjusted(0, caption.center().y(), -1, -1), 2, 2);
+    }
+};
+
+/// Chooses by first letters: an entry at once when it is the only one of that letter, otherwise
+/// each of them in turn.
+class MenuView : public QMenu {
+  public:
+    using QMenu::QMenu;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const QString letter = event->text();
+        QList<QAction*> named;
+        for (QAction* action : actions()) {
+            const bool fits = action->text().startsWith(letter, Qt::CaseInsensitive);
+            if (fits && action->isEnabled() && !action->isSeparator()) named.append(action);
+        }
+        if (letter.isEmpty() || !letter.front().isLetter() || named.isEmpty()) {
+            return QMenu::keyPressEvent(event);
+        }
+        const qsizetype next = (named.indexOf(activeAction()) + 1) % named.size();
+        setActiveAction(named[next]);
+        if (named.size() == 1) {
+            QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+            QMenu::keyPressEvent(&enter);
+        }
     }
 };
 
@@ -142,6 +168,25 @@ void EnterButton::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+void OptionView::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        if (!event->isAutoRepeat()) click();
+        return;
+    }
+    const int step = key == Qt::Key_Down || key == Qt::Key_Right ? 1
+                     : key == Qt::Key_Up || key == Qt::Key_Left  ? -1
+                                                                 : 0;
+    if (step == 0) return QRadioButton::keyPressEvent(event);
+    // Made from the top to the bottom.
+    const auto all = parentWidget()->findChildren<OptionView*>();
+    for (qsizetype at = all.indexOf(this) + step; at >= 0 && at < all.size(); at += step) {
+        if (!all[at]->isEnabled()) continue;
+        all[at]->setFocus(Qt::TabFocusReason);
+        return all[at]->click();
+    }
+}
+
 QWidget* BindFrame(const Frame& frame, QWidget* parent) {
     auto* box = new FrameView(ToQt(frame.Caption), parent);
     box->setFont(CaptionFont());
@@ -170,9 +215,9 @@ EnterButton* BindButton(Button& button, QWidget* parent) {
     return view;
 }
 
-QRadioButton* BindOptionButton(OptionButton& option, QWidget* parent) {
+OptionView* BindOptionButton(OptionButton& option, QWidget* parent) {
     const QString caption = ToQt(option.Caption);
-    auto* view = new QRadioButton(caption, parent);
+    auto* view = new OptionView(caption, parent);
     view->setGeometry(ToPixels(option.At));
     view->setStyle(new OptionStyle(view));
     view->setFont(CaptionFont(caption, view->width() - kMarkPixels - kMarkSpacing));
@@ -202,7 +247,11 @@ QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent) {
 }
 
 void BindMenu(Menu& menu, QMenuBar& bar) {
-    QMenu* view = bar.addMenu(ToQt(menu.Caption));
+    auto* view = new MenuView(ToQt(menu.Caption), &bar);
+    QAction* title = bar.addMenu(view);
+    const auto letter = QKeySequence("Alt+" + title->text().left(1));
+    QObject::connect(new QShortcut(letter, bar.window()), &QShortcut::activated, &bar,
+                     [&bar, title] { bar.setActiveAction(title); });
     QObject::connect(view, &QMenu::aboutToShow, view, [&menu] { RaiseEvent(menu.Click); });
     for (MenuEntry& entry : menu.Entries) {
         if (entry.IsSeparator()) {

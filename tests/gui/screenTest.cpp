@@ -41,6 +41,7 @@ void ScreenTest::Start() {
     Form = std::make_unique<formTessel>();
     Screen = std::make_unique<MainScreen>(*Form);
     TheHost.ShowModal = [this](Window&) { Screen->ShowChooser(); };
+    TheHost.ShowProgress = [this](std::optional<double> share) { Screen->ShowProgress(share); };
     Form->Form_Load();
     Screen->show();
     List = Screen->findChild<QListView*>();
