@@ -9,6 +9,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QResizeEvent>
+#include <QScreen>
 #include <QUrl>
 
 #include "app/formTessel.h"
@@ -18,6 +19,10 @@
 
 namespace tessel {
 namespace {
+
+/// What a desktop's frame around a window takes of the screen, about, in logical pixels.
+constexpr int kFrameWidth = 8;
+constexpr int kFrameHeight = 32;
 
 /// The one file of this host that is dragged; nothing when it is a folder, or more than one.
 std::optional<QString> DroppedFile(const QDropEvent& event) {
@@ -108,7 +113,8 @@ void MainScreen::showEvent(QShowEvent* event) {
     layout()->activate();
     const QSize wanted(Form.Form.ScaleWidth / kTwipsPerPixel,
                        Form.Form.ScaleHeight / kTwipsPerPixel);
-    resize(size() + wanted - Inside->size());
+    const QSize room = screen()->availableSize() - QSize(kFrameWidth, kFrameHeight);
+    resize((size() + wanted - Inside->size()).boundedTo(room));
     FollowSize();
 }
 
