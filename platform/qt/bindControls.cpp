@@ -8,7 +8,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
-#include <QProxyStyle>
 #include <QShortcut>
 
 namespace tessel {
@@ -16,8 +15,6 @@ namespace {
 
 constexpr int kCaptionPixels = 11;
 constexpr int kLeastCaptionPixels = 8;
-constexpr int kMarkPixels = 12;  // of an option button, which is 13 high
-constexpr int kMarkSpacing = 4;
 
 /// One line of plain text: whatever an image named something, it is neither markup nor a key.
 class LabelView : public QLabel {
@@ -102,24 +99,6 @@ class MenuView : public QMenu {
     }
 };
 
-/// The desktop's style with marks that fit into the option buttons' places.
-class OptionStyle : public QProxyStyle {
-  public:
-    explicit OptionStyle(QObject* parent) { setParent(parent); }
-    int pixelMetric(PixelMetric metric, const QStyleOption* option,
-                    const QWidget* widget) const override {
-        switch (metric) {
-            case PM_ExclusiveIndicatorWidth:
-            case PM_ExclusiveIndicatorHeight:
-                return kMarkPixels;
-            case PM_RadioButtonLabelSpacing:
-                return kMarkSpacing;
-            default:
-                return QProxyStyle::pixelMetric(metric, option, widget);
-        }
-    }
-};
-
 }  // namespace
 
 QString ToQt(const std::string& text) {
@@ -168,25 +147,6 @@ void EnterButton::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void OptionView::keyPressEvent(QKeyEvent* event) {
-    const int key = event->key();
-    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        if (!event->isAutoRepeat()) click();
-        return;
-    }
-    const int step = key == Qt::Key_Down || key == Qt::Key_Right ? 1
-                     : key == Qt::Key_Up || key == Qt::Key_Left  ? -1
-                                                                 : 0;
-    if (step == 0) return QRadioButton::keyPressEvent(event);
-    // Made from the top to the bottom.
-    const auto all = parentWidget()->findChildren<OptionView*>();
-    for (qsizetype at = all.indexOf(this) + step; at >= 0 && at < all.size(); at += step) {
-        if (!all[at]->isEnabled()) continue;
-        all[at]->setFocus(Qt::TabFocusReason);
-        return all[at]->click();
-    }
-}
-
 QWidget* BindFrame(const Frame& frame, QWidget* parent) {
     auto* box = new FrameView(ToQt(frame.Caption), parent);
     box->setFont(CaptionFont());
@@ -219,10 +179,8 @@ OptionView* BindOptionButton(OptionButton& option, QWidget* parent) {
     const QString caption = ToQt(option.Caption);
     auto* view = new OptionView(caption, parent);
     view->setGeometry(ToPixels(option.At));
-    view->setStyle(new OptionStyle(view));
-    view->setFont(CaptionFont(caption, view->width() - kMarkPixels - kMarkSpacing));
-    // The record keeps its group; so each button is a stop of its own on the way of the Tab key.
-    view->setAutoExclusive(false);
+    const int mark = OptionView::kMarkPixels + OptionView::kMarkSpacing;
+    view->setFont(CaptionFont(caption, view->width() - mark));
     QObject::connect(view, &QRadioButton::clicked, view, [&option, view] {
         view->setChecked(option.Value);  // a second click has just unchecked it
         option.Press();
@@ -260,7 +218,10 @@ void BindMenu(Menu& menu, QMenuBar& bar) {
         }
         QAction* action = view->addAction(ToQt(entry.Caption));
         action->setMenuRole(QAction::NoRole);
-        QObject::connect(action, &QAction::triggered, action, [&entry] { entry.Press(); });
+        // Behind the event that chose it: a screen reader waits for the end of that, while a dialog
+        // waits for the person.
+        QObject::connect(
+            action, &QAction::triggered, action, [&entry] { entry.Press(); }, Qt::QueuedConnection);
         entry.Enabled.Observe([action](bool enabled) { action->setEnabled(enabled); });
     }
 }

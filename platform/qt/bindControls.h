@@ -3,12 +3,12 @@
 #include <QFont>
 #include <QPointer>
 #include <QPushButton>
-#include <QRadioButton>
 #include <QRect>
 #include <QString>
 #include <string>
 
 #include "platform/controls.h"
+#include "platform/qt/optionView.h"
 
 class QLineEdit;
 class QMenuBar;
@@ -43,16 +43,6 @@ class FocusReturn {
 class EnterButton : public QPushButton {
   public:
     using QPushButton::QPushButton;
-
-  protected:
-    void keyPressEvent(QKeyEvent* event) override;
-};
-
-/// One of the buttons of a frame of which one is chosen. Enter chooses it, the arrow keys the one
-/// above or below.
-class OptionView : public QRadioButton {
-  public:
-    using QRadioButton::QRadioButton;
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

@@ -25,6 +25,7 @@ TEST_F(DeskTest, KeysAloneOpenMenusAndChooseModes) {
     EXPECT_TRUE(QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }));
     QWidget& menu = *QApplication::activePopupWidget();
     QTest::keyClick(&menu, Qt::Key_O);
+    QCoreApplication::processEvents();
     EXPECT_EQ(Title(), "FAT File System " + path);
     Screen->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(Screen.get()));
@@ -38,6 +39,7 @@ TEST_F(DeskTest, KeysAloneOpenMenusAndChooseModes) {
     Key(Qt::Key_F, Qt::AltModifier);
     QTest::keyClicks(&menu, "ss");
     QTest::keyClick(&menu, Qt::Key_Return);
+    QCoreApplication::processEvents();
     Screen->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(Screen.get()));
 

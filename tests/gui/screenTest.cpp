@@ -120,6 +120,7 @@ std::string ScreenTest::Menu(const QString& menu, const QString& entry) {
         Key(Qt::Key_Escape);
     } else {
         Click(view, view.actionGeometry(ActionOf(view, entry)).center());
+        QCoreApplication::processEvents();
     }
     EXPECT_FALSE(view.isVisible());
     // Without a desktop nobody hands the keyboard back when a dialog has gone.
