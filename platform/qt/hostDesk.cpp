@@ -1,6 +1,7 @@
 #include "platform/qt/hostDesk.h"
 
 #include <QApplication>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -42,8 +43,14 @@ void ShowMessage(const std::string& text, const std::string& title) {
     QMessageBox box(DialogOwner());
     box.setWindowTitle(ToQt(title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(ToQt(text).replace("\r\n", "\n"));
+    box.setText(Breakable(ToQt(text).replace("\r\n", "\n")));
     box.setStandardButtons(QMessageBox::Ok);
+    // A short text must not make the box too narrow for its title.
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+        constexpr int kTitleButtons = 150;  // logical pixels
+        const int room = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kTitleButtons;
+        grid->addItem(new QSpacerItem(room, 0), grid->rowCount(), 0, 1, grid->columnCount());
+    }
     box.exec();
 }
 
@@ -85,6 +92,20 @@ PointerPause::PointerPause() {
 PointerPause::~PointerPause() {
     --ThePointer.Dialogs;
     ThePointer.Follow();
+}
+
+QString Breakable(QString text) {
+    constexpr QChar kMayBreak(0x200B);
+    constexpr int kLongWord = 60;
+    int word = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        word = text[i].isSpace() ? 0 : word + 1;
+        if (word > kLongWord && !text[i].isLowSurrogate()) {
+            text.insert(i, kMayBreak);
+            word = 0;
+        }
+    }
+    return text;
 }
 
 QWidget* DialogOwner() {
