@@ -23,7 +23,7 @@ install(FILES linux/tessel.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applicat
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tessel.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${manual_page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES linux/copyright ${changelog} DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES linux/copyright ${changelog} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tessel)
 install(FILES icons/tessel.svg DESTINATION ${icon_themes}/scalable/apps)
 foreach(size 16 24 32 48 64 128 256)
   install(FILES icons/tessel-${size}.png RENAME tessel.png
