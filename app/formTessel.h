@@ -72,6 +72,11 @@ struct formTessel {
     void Form_Load();
     /// The program ends: the chooser's place is stored.
     void Form_Unload();
+    /// Whether Open would do something: not during a long operation.
+    bool MayOpen() const;
+    /// A person has dropped a file on the window; `title` is its name without the folder. Opens it
+    /// as Open does behind its dialog, when MayOpen.
+    void DropImage(const std::string& path, const std::string& title);
 
     /// Closes drive slot `index` (0 to 3) and returns the window to its no-image state.
     void CloseDrive(Integer index);

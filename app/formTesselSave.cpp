@@ -75,7 +75,9 @@ void formTessel::mnuSaveDirectory_Click() {
 
     Long saved = 0;
     Long failed = 0;
+    Progress progress(FileCount);
     for (Long row = 0; row < DirEntries.Rows(); ++row) {
+        progress.Show(saved + failed);
         TheHost.DoEvents();
         if (!DirEntries(row).InUse) break;
         if (IsFile(row) && !IsDeleted(row)) {

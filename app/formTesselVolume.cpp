@@ -55,12 +55,22 @@ bool formTessel::MaySaveDirectory() { return Drives[1].IsOpen && !Busy && CountF
 
 void formTessel::mnuOptions_Click() { mnuOffset.Enabled = !Drives[1].IsOpen; }
 
+bool formTessel::MayOpen() const { return !Busy && !SavingText; }
+
 void formTessel::mnuOpen_Click() {
-    if (Busy || SavingText) return;
+    if (!MayOpen()) return;
     Drives[1].FileNumber = kImageFile;
     std::string kind = "IMG";
     const std::string path = GetFileName(CommonDialog1, "", "OPEN", kind, 0, "FAT Raw File");
     if (!path.empty()) OpenImage(path, CommonDialog1.FileTitle);
+}
+
+void formTessel::DropImage(const std::string& path, const std::string& title) {
+    RunGuarded([this, path, title] {
+        if (!MayOpen()) return;
+        Drives[1].FileNumber = kImageFile;
+        OpenImage(path, title);
+    });
 }
 
 void formTessel::OpenImage(const std::string& path, const std::string& title) {

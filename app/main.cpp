@@ -19,6 +19,9 @@ int main(int argc, char* argv[]) {
     tessel::formTessel form;
     tessel::MainScreen screen(form);
     tessel::TheHost.ShowModal = [&screen](tessel::Window&) { screen.ShowChooser(); };
+    tessel::TheHost.ShowProgress = [&screen](std::optional<double> share) {
+        screen.ShowProgress(share);
+    };
     form.Form_Load();
     screen.show();
     const int status = QApplication::exec();

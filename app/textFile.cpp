@@ -32,14 +32,17 @@ bool IsConverted(std::string_view text) {
 /// Lets events in, also while a disk makes it wait.
 class PartWriter {
   public:
-    PartWriter() : Put(WriterOf(kTextFile)) {}
+    /// `size` is that of all parts, in bytes.
+    explicit PartWriter(std::int64_t size) : Shown(size), Put(WriterOf(kTextFile)) {}
 
     /// Takes `part` and leaves some other text in its place. Raises what writing the part before it
     /// raised.
     void Write(std::string& part) {
         Turns.Take();
         Finish();
+        Shown.Show(Taken);
         Held.swap(part);
+        Taken += std::ssize(Held);
         if (Held.size() < kWorthAThread) {
             PutHeld();
         } else {
@@ -61,6 +64,8 @@ class PartWriter {
     void PutHeld() { Put({reinterpret_cast<const Byte*>(Held.data()), Held.size()}); }
 
     EventTurns Turns;
+    Progress Shown;
+    std::int64_t Taken = 0;
     std::function<void(std::span<const Byte>)> Put;
     std::string Held;
     std::future<void> Written;  // waits on its way out, in front of what it reads
@@ -96,7 +101,7 @@ void WriteTextFile(const TextDisplay& display, const std::string& path) {
     OpenForWriting(kTextFile, path);
     try {
         LineEnds ends;
-        PartWriter file;
+        PartWriter file(display.Size());
         display.WriteTo([&](std::string& part, bool onlyCrLf) {
             ends.Convert(part, onlyCrLf);
             file.Write(part);

@@ -36,7 +36,7 @@ Visitor::Visitor(bool savesAnywhere) : SavesAnywhere(savesAnywhere) {
     RecentPaths = {};
     Program = std::make_unique<Script>(Out, Out, Settings);
     Program->Desk.OnEvents = [this] {
-        if (--TurnsLeft == 0) Program->Form.cmdABORT.Press();
+        if (--TurnsLeft <= 0) Program->Form.cmdABORT.Press();
     };
 }
 

@@ -1,8 +1,17 @@
 #include "platform/host.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace tessel {
 
 Host TheHost;
+
+namespace {
+
+Progress* Innermost = nullptr;
+
+}  // namespace
 
 void EventTurns::Take() {
     using namespace std::chrono;
@@ -10,6 +19,24 @@ void EventTurns::Take() {
     if (Last != steady_clock::time_point{} && now - Last < milliseconds(8)) return;
     if (TheHost.DoEvents) TheHost.DoEvents();
     Last = steady_clock::now();
+}
+
+Progress::Progress(std::int64_t total) : Outer(std::exchange(Innermost, this)), Total(total) {}
+
+Progress::~Progress() {
+    Innermost = Outer;
+    if (Outer == nullptr && TheHost.ShowProgress) TheHost.ShowProgress(std::nullopt);
+}
+
+void Progress::Show(std::int64_t done) {
+    Done = done;
+    if (TheHost.ShowProgress) TheHost.ShowProgress(Share(static_cast<double>(done)));
+}
+
+double Progress::Share(double steps) const {
+    const double share =
+        std::clamp(steps / static_cast<double>(std::max<std::int64_t>(Total, 1)), 0.0, 1.0);
+    return Outer == nullptr ? share : Outer->Share(static_cast<double>(Outer->Done) + share);
 }
 
 }  // namespace tessel

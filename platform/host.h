@@ -1,7 +1,9 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "platform/controls.h"
@@ -61,6 +63,8 @@ struct Host {
     std::function<void()> DoEvents{};
     /// Shows the hourglass, or the usual pointer again.
     std::function<void(bool hourglass)> SetPointer{};
+    /// Shows how much of a long operation is done, 0 to 1; nothing once there is none.
+    std::function<void(std::optional<double> share)> ShowProgress{};
     /// Ends the program once the running event has unwound.
     std::function<void()> EndProgram{};
 
@@ -78,6 +82,26 @@ class EventTurns {
 
   private:
     std::chrono::steady_clock::time_point Last{};
+};
+
+/// How far a long operation has come, shown while it lives. One that begins inside another is a
+/// part of that one's next step, as the bytes of a file are of a directory's files.
+class Progress {
+  public:
+    /// `total` is the number of steps: bytes, files, whatever is counted.
+    explicit Progress(std::int64_t total);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    /// So many steps are done.
+    void Show(std::int64_t done);
+
+  private:
+    double Share(double steps) const;
+
+    Progress* Outer;
+    std::int64_t Total;
+    std::int64_t Done = 0;
 };
 
 }  // namespace tessel

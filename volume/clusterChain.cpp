@@ -107,6 +107,7 @@ WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take) {
     using std::chrono::steady_clock;
     EventTurns turns;
+    Progress progress(length);
     std::vector<Byte> buffer;
     std::int64_t piece = chain.BytesPerCluster();
     for (std::int64_t at = 0; at < length;) {
@@ -121,7 +122,9 @@ WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
         const auto taken = steady_clock::now() - begun;
         if (taken < kShortPiece && piece < kLargestPiece) piece *= 2;
         if (taken > kLongPiece && piece > chain.BytesPerCluster()) piece /= 2;
-        if (at < length) turns.Take();
+        if (at == length) break;
+        progress.Show(at);
+        turns.Take();
     }
     return WalkEnd::kDone;
 }

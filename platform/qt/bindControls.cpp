@@ -8,16 +8,13 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPainter>
-#include <QProxyStyle>
-#include <QRadioButton>
+#include <QShortcut>
 
 namespace tessel {
 namespace {
 
 constexpr int kCaptionPixels = 11;
 constexpr int kLeastCaptionPixels = 8;
-constexpr int kMarkPixels = 12;  // of an option button, which is 13 high
-constexpr int kMarkSpacing = 4;
 
 /// One line of plain text: whatever an image named something, it is neither markup nor a key.
 class LabelView : public QLabel {
@@ -76,20 +73,28 @@ class FrameView : public QGroupBox {
     }
 };
 
-/// The desktop's style with marks that fit into the option buttons' places.
-class OptionStyle : public QProxyStyle {
+/// Chooses by first letters: an entry at once when it is the only one of that letter, otherwise
+/// each of them in turn.
+class MenuView : public QMenu {
   public:
-    explicit OptionStyle(QObject* parent) { setParent(parent); }
-    int pixelMetric(PixelMetric metric, const QStyleOption* option,
-                    const QWidget* widget) const override {
-        switch (metric) {
-            case PM_ExclusiveIndicatorWidth:
-            case PM_ExclusiveIndicatorHeight:
-                return kMarkPixels;
-            case PM_RadioButtonLabelSpacing:
-                return kMarkSpacing;
-            default:
-                return QProxyStyle::pixelMetric(metric, option, widget);
+    using QMenu::QMenu;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const QString letter = event->text();
+        QList<QAction*> named;
+        for (QAction* action : actions()) {
+            const bool fits = action->text().startsWith(letter, Qt::CaseInsensitive);
+            if (fits && action->isEnabled() && !action->isSeparator()) named.append(action);
+        }
+        if (letter.isEmpty() || !letter.front().isLetter() || named.isEmpty()) {
+            return QMenu::keyPressEvent(event);
+        }
+        const qsizetype next = (named.indexOf(activeAction()) + 1) % named.size();
+        setActiveAction(named[next]);
+        if (named.size() == 1) {
+            QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+            QMenu::keyPressEvent(&enter);
         }
     }
 };
@@ -170,14 +175,12 @@ EnterButton* BindButton(Button& button, QWidget* parent) {
     return view;
 }
 
-QRadioButton* BindOptionButton(OptionButton& option, QWidget* parent) {
+OptionView* BindOptionButton(OptionButton& option, QWidget* parent) {
     const QString caption = ToQt(option.Caption);
-    auto* view = new QRadioButton(caption, parent);
+    auto* view = new OptionView(caption, parent);
     view->setGeometry(ToPixels(option.At));
-    view->setStyle(new OptionStyle(view));
-    view->setFont(CaptionFont(caption, view->width() - kMarkPixels - kMarkSpacing));
-    // The record keeps its group; so each button is a stop of its own on the way of the Tab key.
-    view->setAutoExclusive(false);
+    const int mark = OptionView::kMarkPixels + OptionView::kMarkSpacing;
+    view->setFont(CaptionFont(caption, view->width() - mark));
     QObject::connect(view, &QRadioButton::clicked, view, [&option, view] {
         view->setChecked(option.Value);  // a second click has just unchecked it
         option.Press();
@@ -202,7 +205,11 @@ QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent) {
 }
 
 void BindMenu(Menu& menu, QMenuBar& bar) {
-    QMenu* view = bar.addMenu(ToQt(menu.Caption));
+    auto* view = new MenuView(ToQt(menu.Caption), &bar);
+    QAction* title = bar.addMenu(view);
+    const auto letter = QKeySequence("Alt+" + title->text().left(1));
+    QObject::connect(new QShortcut(letter, bar.window()), &QShortcut::activated, &bar,
+                     [&bar, title] { bar.setActiveAction(title); });
     QObject::connect(view, &QMenu::aboutToShow, view, [&menu] { RaiseEvent(menu.Click); });
     for (MenuEntry& entry : menu.Entries) {
         if (entry.IsSeparator()) {
@@ -211,7 +218,10 @@ void BindMenu(Menu& menu, QMenuBar& bar) {
         }
         QAction* action = view->addAction(ToQt(entry.Caption));
         action->setMenuRole(QAction::NoRole);
-        QObject::connect(action, &QAction::triggered, action, [&entry] { entry.Press(); });
+        // Behind the event that chose it: a screen reader waits for the end of that, while a dialog
+        // waits for the person.
+        QObject::connect(
+            action, &QAction::triggered, action, [&entry] { entry.Press(); }, Qt::QueuedConnection);
         entry.Enabled.Observe([action](bool enabled) { action->setEnabled(enabled); });
     }
 }

@@ -8,10 +8,10 @@
 #include <string>
 
 #include "platform/controls.h"
+#include "platform/qt/optionView.h"
 
 class QLineEdit;
 class QMenuBar;
-class QRadioButton;
 
 /// Shows the control records as widgets. A record must outlive the widget made for it. All widgets
 /// stand where their records say, whatever font the desktop prefers.
@@ -52,8 +52,10 @@ QWidget* BindFrame(const Frame& frame, QWidget* parent);
 /// `meaning` tells a person who cannot see the window what the text is.
 QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent);
 EnterButton* BindButton(Button& button, QWidget* parent);
-QRadioButton* BindOptionButton(OptionButton& option, QWidget* parent);
+OptionView* BindOptionButton(OptionButton& option, QWidget* parent);
 QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent);
+/// Captions carry no marks for the keyboard: Alt and a menu's first letter open it, and in it the
+/// first letter of an entry chooses that.
 void BindMenu(Menu& menu, QMenuBar& bar);
 
 /// Shows a window's caption in the title bar of `widget`.

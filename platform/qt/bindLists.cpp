@@ -79,6 +79,10 @@ ListView::ListView(ListBox& list, QWidget* parent)
     connect(
         selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { TakeSelection(); },
         Qt::QueuedConnection);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection& selected) {
+                if (!selected.isEmpty()) setCurrentIndex(selected.indexes().front());
+            });
 }
 
 void ListView::FollowSoon() {

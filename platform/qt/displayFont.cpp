@@ -42,7 +42,10 @@ void DisplayFont::SetZoom(int percent) {
     Glyphs = QRawFont::fromFont(Face);
     const QFontMetricsF metrics(Face);
     // Whole pixels: each column looks alike, and a column's place needs no fractions.
-    Width = std::max(1, static_cast<int>(std::lround(metrics.horizontalAdvance(u'0'))));
+    // Where no font has a fixed pitch, the widest character sets it.
+    const double widest =
+        std::max(metrics.horizontalAdvance(u'0'), metrics.horizontalAdvance(u'W'));
+    Width = std::max(1, static_cast<int>(std::lround(widest)));
     Height = std::max(1, static_cast<int>(std::ceil(metrics.height())));
     Ascent = static_cast<int>(std::lround(metrics.ascent()));
     GlyphOf.fill(0);

@@ -1,17 +1,38 @@
 #include "platform/qt/mainScreen.h"
 
 #include <QCloseEvent>
+#include <QDir>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMenuBar>
-#include <QRadioButton>
+#include <QMimeData>
 #include <QResizeEvent>
+#include <QScreen>
+#include <QUrl>
 
 #include "app/formTessel.h"
 #include "platform/qt/bindLists.h"
 #include "platform/qt/displayView.h"
+#include "platform/qt/progressLine.h"
 
 namespace tessel {
+namespace {
+
+/// What a desktop's frame around a window takes of the screen, about, in logical pixels.
+constexpr int kFrameWidth = 8;
+constexpr int kFrameHeight = 32;
+
+/// The one file of this host that is dragged; nothing when it is a folder, or more than one.
+std::optional<QString> DroppedFile(const QDropEvent& event) {
+    const QList<QUrl> urls = event.mimeData()->urls();
+    if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
+    const QString path = QDir::cleanPath(urls.front().toLocalFile());
+    return QFileInfo(path).isDir() ? std::nullopt : std::optional(path);
+}
+
+}  // namespace
 
 MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this)) {
     setCentralWidget(Inside);
@@ -19,6 +40,7 @@ MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this))
     BindMenu(form.mnuFile, *menuBar());
     BindMenu(form.mnuOptions, *menuBar());
     MakeControls();
+    setAcceptDrops(true);
     BindCaption(form.Form, *this);
     layout()->setSizeConstraint(QLayout::SetNoConstraint);  // it may become as small as it likes
     resize(form.Form.ScaleWidth / kTwipsPerPixel,
@@ -29,7 +51,7 @@ void MainScreen::MakeControls() {
     QWidget* frame = BindFrame(Form.Frame1, Inside);
     std::vector<QWidget*> options;
     for (OptionButton& option : Form.optDisplay) {
-        QRadioButton* view = BindOptionButton(option, frame);
+        OptionView* view = BindOptionButton(option, frame);
         KeepFocus(option.Enabled, *view);
         options.push_back(view);
     }
@@ -42,7 +64,12 @@ void MainScreen::MakeControls() {
     Display = new DisplayView(Form.rtfDisplay, Inside);
     DisplayView* const display = Display;
     if (display->accessibleName().isEmpty()) display->setAccessibleName("Display");
-    Form.rtfDisplay.At.Observe([display](const Place& at) { display->setGeometry(ToPixels(at)); });
+    Line = new ProgressLine(Inside);
+    Form.rtfDisplay.At.Observe([display, line = Line](const Place& at) {
+        const QRect place = ToPixels(at);
+        display->setGeometry(place);
+        line->setGeometry(place.left(), place.top(), place.width(), ProgressLine::kHeight);
+    });
     auto* stop = BindButton(Form.cmdABORT, Inside);
     auto* bootSector = BindButton(Form.cmdDisplayBootSector, Inside);
     auto* fat0 = BindButton(Form.cmdFat0, Inside);
@@ -76,6 +103,8 @@ void MainScreen::ShowChooser() {
     Chooser->ShowModal();
 }
 
+void MainScreen::ShowProgress(std::optional<double> share) { Line->Follow(share); }
+
 void MainScreen::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (Sized) return;
@@ -84,7 +113,8 @@ void MainScreen::showEvent(QShowEvent* event) {
     layout()->activate();
     const QSize wanted(Form.Form.ScaleWidth / kTwipsPerPixel,
                        Form.Form.ScaleHeight / kTwipsPerPixel);
-    resize(size() + wanted - Inside->size());
+    const QSize room = screen()->availableSize() - QSize(kFrameWidth, kFrameHeight);
+    resize((size() + wanted - Inside->size()).boundedTo(room));
     FollowSize();
 }
 
@@ -112,6 +142,25 @@ void MainScreen::keyPressEvent(QKeyEvent* event) {
     } else {
         QMainWindow::keyPressEvent(event);
     }
+}
+
+void MainScreen::dragEnterEvent(QDragEnterEvent* event) {
+    if (Form.MayOpen() && DroppedFile(*event)) event->acceptProposedAction();
+}
+
+void MainScreen::dropEvent(QDropEvent* event) {
+    const std::optional<QString> path = DroppedFile(*event);
+    if (!path) return;
+    event->acceptProposedAction();
+    // Once the window that it comes from is free again: a message may wait for the person.
+    QMetaObject::invokeMethod(
+        this,
+        [this, path = *path] {
+            activateWindow();
+            Form.DropImage(QDir::toNativeSeparators(path).toStdString(),
+                           QFileInfo(path).fileName().toStdString());
+        },
+        Qt::QueuedConnection);
 }
 
 }  // namespace tessel

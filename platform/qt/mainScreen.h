@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <memory>
+#include <optional>
 
 #include "platform/qt/bindControls.h"
 #include "platform/qt/chooserScreen.h"
@@ -10,6 +11,7 @@ namespace tessel {
 
 struct formTessel;
 class DisplayView;
+class ProgressLine;
 
 /// The main window on the screen. The form must outlive it.
 class MainScreen : public QMainWindow {
@@ -17,11 +19,15 @@ class MainScreen : public QMainWindow {
     explicit MainScreen(formTessel& form);
     /// Shows the form's folder chooser until the person is done with it.
     void ShowChooser();
+    /// Shows along the display's top edge how much of a long operation is done.
+    void ShowProgress(std::optional<double> share);
 
   protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
@@ -32,6 +38,7 @@ class MainScreen : public QMainWindow {
     formTessel& Form;
     QWidget* Inside;  // what lies below the menu bar
     DisplayView* Display = nullptr;
+    ProgressLine* Line = nullptr;
     FocusReturn Focus;
     std::unique_ptr<ChooserScreen> Chooser;
     bool Sized = false;

@@ -41,6 +41,7 @@ void ScreenTest::Start() {
     Form = std::make_unique<formTessel>();
     Screen = std::make_unique<MainScreen>(*Form);
     TheHost.ShowModal = [this](Window&) { Screen->ShowChooser(); };
+    TheHost.ShowProgress = [this](std::optional<double> share) { Screen->ShowProgress(share); };
     Form->Form_Load();
     Screen->show();
     List = Screen->findChild<QListView*>();
@@ -119,6 +120,7 @@ std::string ScreenTest::Menu(const QString& menu, const QString& entry) {
         Key(Qt::Key_Escape);
     } else {
         Click(view, view.actionGeometry(ActionOf(view, entry)).center());
+        QCoreApplication::processEvents();
     }
     EXPECT_FALSE(view.isVisible());
     // Without a desktop nobody hands the keyboard back when a dialog has gone.

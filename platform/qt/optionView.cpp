@@ -1,0 +1,88 @@
+#include "platform/qt/optionView.h"
+
+#include <QAccessibleWidget>
+#include <QKeyEvent>
+#include <QProxyStyle>
+
+namespace tessel {
+namespace {
+
+/// The desktop's style with marks that fit into the option buttons' places.
+class OptionStyle : public QProxyStyle {
+  public:
+    explicit OptionStyle(QObject* parent) { setParent(parent); }
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        switch (metric) {
+            case PM_ExclusiveIndicatorWidth:
+            case PM_ExclusiveIndicatorHeight:
+                return OptionView::kMarkPixels;
+            case PM_RadioButtonLabelSpacing:
+                return OptionView::kMarkSpacing;
+            default:
+                return QProxyStyle::pixelMetric(metric, option, widget);
+        }
+    }
+};
+
+/// What a screen reader is told. The toolkit takes a button that does not exclude others by itself
+/// for a check box.
+class OptionAccessible : public QAccessibleWidget {
+  public:
+    explicit OptionAccessible(OptionView* view)
+        : QAccessibleWidget(view, QAccessible::RadioButton, view->text()) {
+        addControllingSignal(QLatin1String("toggled(bool)"));
+    }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.checkable = true;
+        state.checked = View().isChecked();
+        return state;
+    }
+    QStringList actionNames() const override { return {pressAction(), setFocusAction()}; }
+    void doAction(const QString& name) override {
+        if (name == pressAction()) {
+            View().click();
+        } else {
+            QAccessibleWidget::doAction(name);
+        }
+    }
+
+  private:
+    OptionView& View() const { return static_cast<OptionView&>(*object()); }
+};
+
+QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
+    auto* view = qobject_cast<OptionView*>(object);
+    return view == nullptr ? nullptr : new OptionAccessible(view);
+}
+
+}  // namespace
+
+OptionView::OptionView(const QString& caption, QWidget* parent) : QRadioButton(caption, parent) {
+    static const bool installed = (QAccessible::installFactory(MakeAccessible), true);
+    static_cast<void>(installed);
+    setStyle(new OptionStyle(this));
+    setAutoExclusive(false);
+}
+
+void OptionView::keyPressEvent(QKeyEvent* event) {
+    const int key = event->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        if (!event->isAutoRepeat()) click();
+        return;
+    }
+    const int step = key == Qt::Key_Down || key == Qt::Key_Right ? 1
+                     : key == Qt::Key_Up || key == Qt::Key_Left  ? -1
+                                                                 : 0;
+    if (step == 0) return QRadioButton::keyPressEvent(event);
+    // Made from the top to the bottom.
+    const auto all = parentWidget()->findChildren<OptionView*>();
+    for (qsizetype at = all.indexOf(this) + step; at >= 0 && at < all.size(); at += step) {
+        if (!all[at]->isEnabled()) continue;
+        all[at]->setFocus(Qt::TabFocusReason);
+        return all[at]->click();
+    }
+}
+
+}  // namespace tessel

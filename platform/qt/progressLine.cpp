@@ -1,0 +1,44 @@
+#include "platform/qt/progressLine.h"
+
+#include <QPainter>
+
+namespace tessel {
+namespace {
+
+constexpr int kMoment = 100;  // ms
+constexpr int kSteps = 1000;
+
+}  // namespace
+
+ProgressLine::ProgressLine(QWidget* parent) : QProgressBar(parent) {
+    setRange(0, kSteps);
+    setTextVisible(false);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAccessibleName("Progress");
+    hide();
+}
+
+void ProgressLine::Follow(std::optional<double> share) {
+    if (!share) {
+        SinceBegin.invalidate();
+        hide();
+        return;
+    }
+    if (!SinceBegin.isValid()) SinceBegin.start();
+    setValue(static_cast<int>(*share * kSteps));
+    if (isHidden() && SinceBegin.elapsed() >= kMoment) {
+        raise();
+        show();
+    }
+}
+
+void ProgressLine::paintEvent(QPaintEvent*) {
+    // A style's own bar needs more height for its frame than this line has.
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(QPalette::Mid));
+    painter.fillRect(0, 0, width() * value() / kSteps, height(),
+                     palette().color(QPalette::Highlight));
+}
+
+}  // namespace tessel
