@@ -29,7 +29,7 @@ class Raised {
 std::string formTessel::SuggestedName() const {
     if (listDIR.ListIndex() < 0) return "";
     const Long index = listDIR.ItemData(listDIR.ListIndex());
-    const std::string longName = LongNameText(index);
+    std::string longName = LongNameText(index);
     if (!longName.empty()) return longName;
     return Trimmed(DirEntries(index).Name) + "." + Trimmed(DirEntries(index).Ext);
 }
@@ -82,7 +82,7 @@ void formTessel::mnuSaveDirectory_Click() {
         if (!DirEntries(row).InUse) break;
         if (IsFile(row) && !IsDeleted(row)) {
             if (!target.ChosenFolderIsThere()) break;
-            const std::string longName = LongNameText(row);
+            std::string longName = LongNameText(row);
             const std::string path =
                 target.PathOf(longName.empty() ? EntryFileName(row) : longName);
             const bool ok = target.Save(row, path);
@@ -109,7 +109,7 @@ std::string formTessel::GetDirName(const std::string& /*suggestedDirName*/,
     Chooser->DirName = start;
     Chooser->DriveName = start;
     Chooser->ShowGetDirectory();
-    const std::string answer = Chooser->DirName;
+    std::string answer = Chooser->DirName;
 
     if (!answer.empty()) LastDirName = answer;
     if (saveAll) WritePath(kSaveAllFolderKey, answer);

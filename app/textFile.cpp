@@ -59,7 +59,7 @@ class PartWriter {
 
   private:
     static constexpr std::chrono::milliseconds kWait{8};
-    static constexpr std::size_t kWorthAThread = 256 * 1024;
+    static constexpr std::size_t kWorthAThread = std::size_t{256} * 1024;
 
     void PutHeld() { Put({reinterpret_cast<const Byte*>(Held.data()), Held.size()}); }
 

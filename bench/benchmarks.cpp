@@ -32,7 +32,7 @@ class Folder {
     std::string At(const std::string& name) const { return (Path / name).string(); }
     /// Writes the image where it is not there yet; returns its path.
     std::string Write(const std::string& name, Image (*make)()) const {
-        const std::string path = At(name);
+        std::string path = At(name);
         if (std::filesystem::exists(path)) return path;
         const auto bytes = make().File();
         std::ofstream(path, std::ios::binary)

@@ -60,12 +60,13 @@ Image Full(int count) {
 
 int main(int argc, char** argv) {
     const std::string kind = argc == 4 ? argv[1] : "";
-    const int count = argc == 4 ? std::atoi(argv[2]) : 0;
+    const long wanted = argc == 4 ? std::strtol(argv[2], nullptr, 10) : 0;
     const bool known = kind == "names" || kind == "files" || kind == "full";
-    if (!known || count < 1 || count > 65535) {
+    if (!known || wanted < 1 || wanted > 65535) {
         std::cerr << "make-image names|files|full COUNT FILE\n";
         return 2;
     }
+    const int count = static_cast<int>(wanted);
     const Image image = kind == "full" ? Full(count) : Directory(count, kind == "files" ? 4096 : 0);
     const tessel::images::Bytes bytes = image.File();
     std::ofstream file(argv[3], std::ios::binary | std::ios::trunc);

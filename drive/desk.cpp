@@ -82,7 +82,7 @@ ScriptedDesk::ScriptedDesk(formTessel& form, DeskSettings& settings,
         .InputBox =
             [this](const std::string&, const std::string&, const std::string&) {
                 if (Inputs.empty()) return std::string();
-                const std::string answer = Inputs.front().value_or("");
+                std::string answer = Inputs.front().value_or("");
                 Inputs.pop_front();
                 return answer;
             },

@@ -19,6 +19,7 @@ int main(int argc, char** argv) {
 
     // A script may change the process's folder.
     std::vector<std::filesystem::path> files;
+    files.reserve(words.size());
     for (const std::string& word : words) files.push_back(std::filesystem::absolute(word));
 
     const auto script = std::make_unique<tessel::Script>(std::cout, std::cerr, settings);

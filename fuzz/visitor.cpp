@@ -18,11 +18,11 @@ constexpr int kMostSteps = 60;
 constexpr int kMostLines = 12;
 constexpr int kDeepest = 3;
 constexpr long kPatience = 2;
-constexpr std::int64_t kWholeText = 256 * 1024;
+constexpr std::int64_t kWholeText = std::int64_t{256} * 1024;
 
 void Hold(bool isTrue, const char* what) {
     if (isTrue) return;
-    std::fprintf(stderr, "not true: %s\n", what);
+    (void)std::fprintf(stderr, "not true: %s\n", what);
     std::abort();
 }
 

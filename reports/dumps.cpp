@@ -37,7 +37,7 @@ std::string Rows(ByteBuffer bytes, std::size_t first, std::size_t count) {
 }
 
 /// The same rows, made when somebody asks: a root directory has up to 131,070 of them.
-GeneratedText RowsPiece(std::shared_ptr<const std::vector<Byte>> bytes) {
+GeneratedText RowsPiece(const std::shared_ptr<const std::vector<Byte>>& bytes) {
     const std::size_t rows = bytes->size() / kPerRow;
     constexpr std::int64_t length = kRowLength;
     const auto read = [bytes](TextOffset at, std::size_t count, std::string& out) {

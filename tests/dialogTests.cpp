@@ -37,7 +37,7 @@ class DialogTest : public TesselTest {
     std::string Ask(std::string kind, const std::string& purpose = "OPEN",
                     const std::string& title = "Default", Long flags = 0) {
         How.clear();
-        const std::string path = GetFileName(Dialog, "sug", purpose, kind, flags, title);
+        std::string path = GetFileName(Dialog, "sug", purpose, kind, flags, title);
         Kind = kind;
         return path;
     }

@@ -126,7 +126,7 @@ std::string WindowTest::Run(const std::string& script) {
     std::istringstream lines(replaced(script, "@", Folder));
     std::ostringstream before(std::exchange(Out, std::ostringstream()));
     Window->Run(lines);
-    const std::string printed = replaced(Out.str(), Folder, "@");
+    std::string printed = replaced(Out.str(), Folder, "@");
     Out = std::move(before);  // of a script in whose events this one ran
     return printed;
 }

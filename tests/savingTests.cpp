@@ -52,6 +52,8 @@ TEST_F(WindowTest, AFileIsSavedAsItsChainAndSizeSay) {
         EXPECT_EQ(Window->Desk.LastDialog->FileName, row.Suggested);
         EXPECT_TRUE(Same(Read("saved"), row.Content)) << row.Name;
     }
+    const auto mayRun = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    EXPECT_EQ(fs::status(At("saved")).permissions() & mayRun, fs::perms::none);
     EXPECT_EQ(Run("file\nmenu Save File\nshow dialog"),
               "title\tSave DOS File\nfilter\tAll Files (*.*)|*.*\ndefaultExtension\t\n"
               "filterIndex\t1\nstartFolder\t@/\nfileName\tEMPTY.\nflags\t2131974\n");

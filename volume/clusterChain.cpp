@@ -13,7 +13,7 @@
 namespace tessel {
 namespace {
 
-constexpr std::int64_t kLargestPiece = 256 * 1024;
+constexpr std::int64_t kLargestPiece = std::int64_t{256} * 1024;
 constexpr std::chrono::milliseconds kShortPiece{4};
 constexpr std::chrono::milliseconds kLongPiece{16};
 constexpr Long kFirstFiveDigitCluster = 10000;

@@ -77,7 +77,7 @@ void AddEntries(Long cluster, Long count) {
     std::vector<Byte> bytes;
     for (Long index = 0; index < count; index += kEntriesPerRead) {
         const Long wanted = std::min(kEntriesPerRead, count - index);
-        bytes.resize(static_cast<std::size_t>(wanted * entry::kBytes));
+        bytes.resize(static_cast<std::size_t>(wanted) * entry::kBytes);
         const std::size_t good =
             ReadFileUpTo(kImageFile, EntryOffset(cluster, index), bytes) / entry::kBytes;
         for (std::size_t i = 0; i < good; ++i) {

@@ -14,7 +14,7 @@ constexpr std::int64_t kLineBytes = 16;
 constexpr std::int64_t kHeadWithoutDecimal = 4 + 1 + 8 + 2 + 1 + 7 + 1;
 /// " HH" sixteen times, a blank, the characters, CR LF.
 constexpr std::int64_t kBody = 3 * kLineBytes + 1 + kLineBytes + 2;
-constexpr std::int64_t kBytesAtOnce = 64 * 1024;
+constexpr std::int64_t kBytesAtOnce = std::int64_t{64} * 1024;
 
 std::int64_t HeadLength(Long cluster) { return kHeadWithoutDecimal + (cluster < 10000 ? 4 : 5); }
 
@@ -198,8 +198,8 @@ void DumpText::Read(std::int64_t bytes, TextOffset at, std::size_t count, std::s
     if (out.size() > end) out.resize(end);
 }
 
-GeneratedText DumpPiece(std::shared_ptr<const DumpText> text,
-                        std::shared_ptr<const std::int64_t> bytes) {
+GeneratedText DumpPiece(const std::shared_ptr<const DumpText>& text,
+                        const std::shared_ptr<const std::int64_t>& bytes) {
     return {.OnlyCrLf = true,
             .Read = [text, bytes](TextOffset at, std::size_t count,
                                   std::string& out) { text->Read(*bytes, at, count, out); },

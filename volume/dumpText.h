@@ -46,7 +46,7 @@ class DumpText {
 
 /// The dump of a chain as a piece of a display that grows: `bytes`, shared with the view that reads
 /// the chain, says how much of it there is by now.
-GeneratedText DumpPiece(std::shared_ptr<const DumpText> text,
-                        std::shared_ptr<const std::int64_t> bytes);
+GeneratedText DumpPiece(const std::shared_ptr<const DumpText>& text,
+                        const std::shared_ptr<const std::int64_t>& bytes);
 
 }  // namespace tessel

@@ -17,7 +17,7 @@ std::int64_t AreaOffset(Long sector) {
 }
 
 /// More than any FAT of 12 or 16 bits an entry needs, whatever a boot sector tells.
-constexpr std::int64_t kLongestFat = 65536 * 2;
+constexpr std::int64_t kLongestFat = std::int64_t{65536} * 2;
 
 void ReadFat(std::vector<Byte>& fat, Long sector) {
     fat.clear();
@@ -66,7 +66,7 @@ void ReadFat0() { ReadFat(Fat0Bytes, Drives[1].Fat0Sector); }
 void ReadFat1() { ReadFat(Fat1Bytes, Drives[1].Fat1Sector); }
 
 void ReadRootDirectory() {
-    RootDirBytes.assign(static_cast<std::size_t>(BootSector.RootEntries * entry::kBytes), 0);
+    RootDirBytes.assign(static_cast<std::size_t>(BootSector.RootEntries) * entry::kBytes, 0);
     if (!RootDirBytes.empty()) {
         ReadFile(kImageFile, AreaOffset(Drives[1].RootDirSector), RootDirBytes);
     }

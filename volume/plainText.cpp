@@ -8,7 +8,7 @@
 namespace tessel {
 namespace {
 
-constexpr std::int64_t kBlockBytes = 8 * 1024;
+constexpr std::int64_t kBlockBytes = std::int64_t{8} * 1024;
 constexpr std::int64_t kBracketed = 4;  // "<HH>"
 
 struct Counts {
@@ -160,7 +160,7 @@ void PlainText::Read(TextOffset at, std::size_t count, std::string& out) const {
     }
 }
 
-GeneratedText PlainPiece(std::shared_ptr<const PlainText> text) {
+GeneratedText PlainPiece(const std::shared_ptr<const PlainText>& text) {
     return {.Read = [text](TextOffset at, std::size_t count,
                            std::string& out) { text->Read(at, count, out); },
             .BreaksUpTo = [text](TextOffset at) { return text->BreaksUpTo(at); },

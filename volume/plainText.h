@@ -47,6 +47,6 @@ class PlainText {
 };
 
 /// The text as a piece of a display; it grows as bytes are added to it.
-GeneratedText PlainPiece(std::shared_ptr<const PlainText> text);
+GeneratedText PlainPiece(const std::shared_ptr<const PlainText>& text);
 
 }  // namespace tessel

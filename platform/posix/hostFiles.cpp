@@ -9,8 +9,9 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <cstdio>
 #include <ctime>
+#include <fstream>
+#include <string>
 
 #include "platform/names.h"
 #include "platform/posix/hostErrors.h"
@@ -87,14 +88,10 @@ bool SetModificationTime(const std::string& path, const LocalTime& time) {
 double PeakMemoryMiB() {
 #ifdef __linux__
     // What getrusage tells may still be of the process that started this one.
-    if (std::FILE* status = std::fopen("/proc/self/status", "re")) {
-        std::array<char, 256> line{};
-        long kibibytes = 0;
-        while (std::fgets(line.data(), line.size(), status) != nullptr) {
-            if (std::sscanf(line.data(), "VmHWM: %ld", &kibibytes) == 1) break;
-        }
-        std::fclose(status);
-        if (kibibytes > 0) return static_cast<double>(kibibytes) / 1024;
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;) {
+        double kibibytes = 0;
+        if (word == "VmHWM:" && status >> kibibytes) return kibibytes / 1024;
     }
     constexpr double kUnitsPerMiB = 1024;
 #else

@@ -45,7 +45,7 @@ bool IsSame(const struct stat& one, const struct stat& other) {
 
 /// Bytes for one call. They are still in the processor's caches when the kernel takes them, and a
 /// call with eight times as many was seen to take up to four times as long a byte.
-constexpr std::size_t kWriteAtOnce = 128 * 1024;
+constexpr std::size_t kWriteAtOnce = std::size_t{128} * 1024;
 
 void WriteAll(int descriptor, std::span<const Byte> bytes) {
     while (!bytes.empty()) {

@@ -186,7 +186,7 @@ TEST_F(DialogTest, ASuggestedNameLeadsNowhereElse) {
     WritePath("ELSE", At("in/side/"));
     for (const auto& [name, saved] : names) {
         Key(Qt::Key_Down);
-        Upon<QFileDialog>([&](QFileDialog& dialog) {
+        Upon<QFileDialog>([&, saved = saved](QFileDialog& dialog) {
             EXPECT_EQ(NameField(dialog).text().toStdString(), saved);
             Click(The("Save", &dialog));
         });
@@ -238,7 +238,7 @@ class ChooserTest : public DialogTest {
     }
     /// Chooses Save Directory, does this in the chooser, and leaves it by a button or its close
     /// box.
-    void Choose(const char* button, std::function<void(ChooserScreen&)> act) {
+    void Choose(const char* button, const std::function<void(ChooserScreen&)>& act) {
         Upon<ChooserScreen>([=, this](ChooserScreen& screen) {
             Folders = screen.findChild<QTreeWidget*>();
             Line = screen.findChild<QLineEdit*>();
