@@ -38,6 +38,13 @@ struct Pointer {
 };
 Pointer ThePointer;
 
+/// The width that a dialog needs for its title and the buttons beside it, in logical pixels; a
+/// short text would make it narrower.
+int TitleWidth(const QWidget& dialog) {
+    constexpr int kButtons = 150;
+    return dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + kButtons;
+}
+
 void ShowMessage(const std::string& text, const std::string& title) {
     const PointerPause pause;
     QMessageBox box(DialogOwner());
@@ -45,11 +52,9 @@ void ShowMessage(const std::string& text, const std::string& title) {
     box.setTextFormat(Qt::PlainText);
     box.setText(Breakable(ToQt(text).replace("\r\n", "\n")));
     box.setStandardButtons(QMessageBox::Ok);
-    // A short text must not make the box too narrow for its title.
     if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
-        constexpr int kTitleButtons = 150;  // logical pixels
-        const int room = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kTitleButtons;
-        grid->addItem(new QSpacerItem(room, 0), grid->rowCount(), 0, 1, grid->columnCount());
+        grid->addItem(new QSpacerItem(TitleWidth(box), 0), grid->rowCount(), 0, 1,
+                      grid->columnCount());
     }
     box.exec();
 }
@@ -61,6 +66,7 @@ std::string AskText(const std::string& prompt, const std::string& title, const s
     dialog.setWindowTitle(ToQt(title));
     dialog.setLabelText(ToQt(prompt));
     dialog.setTextValue(ToQt(text));
+    dialog.setMinimumWidth(TitleWidth(dialog));
     if (auto* edit = dialog.findChild<QLineEdit*>()) edit->selectAll();
     if (dialog.exec() != QDialog::Accepted) return "";
     return dialog.textValue().toStdString();
