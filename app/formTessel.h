@@ -75,7 +75,7 @@ struct formTessel {
     /// Whether Open would do something: not during a long operation.
     bool MayOpen() const;
     /// A person has dropped a file on the window; `title` is its name without the folder. Opens it
-    /// as Open does behind its dialog, when MayOpen.
+    /// as Open does behind its dialog, when MayOpen and nothing else is at work.
     void DropImage(const std::string& path, const std::string& title);
 
     /// Closes drive slot `index` (0 to 3) and returns the window to its no-image state.

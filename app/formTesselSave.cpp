@@ -78,7 +78,7 @@ void formTessel::mnuSaveDirectory_Click() {
 
     Long saved = 0;
     Long failed = 0;
-    Progress progress(FileCount);
+    Progress progress(FileCount, true);
     for (Long row = 0; row < DirEntries.Rows(); ++row) {
         progress.Show(saved + failed);
         TheHost.DoEvents();

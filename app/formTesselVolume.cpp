@@ -66,8 +66,9 @@ void formTessel::mnuOpen_Click() {
 }
 
 void formTessel::DropImage(const std::string& path, const std::string& title) {
+    // The window may have begun something, or be asking a person something, since the drop.
+    if (RunningHandlers > 0 || !MayOpen()) return;
     RunGuarded([this, path, title] {
-        if (!MayOpen()) return;
         Drives[1].FileNumber = kImageFile;
         OpenImage(path, title);
     });

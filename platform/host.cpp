@@ -21,7 +21,8 @@ void EventTurns::Take() {
     Last = steady_clock::now();
 }
 
-Progress::Progress(std::int64_t total) : Outer(std::exchange(Innermost, this)), Total(total) {}
+Progress::Progress(std::int64_t total, bool hasParts)
+    : Outer(std::exchange(Innermost, this)), Total(total), HasParts(hasParts) {}
 
 Progress::~Progress() {
     Innermost = Outer;
@@ -36,7 +37,9 @@ void Progress::Show(std::int64_t done) {
 double Progress::Share(double steps) const {
     const double share =
         std::clamp(steps / static_cast<double>(std::max<std::int64_t>(Total, 1)), 0.0, 1.0);
-    return Outer == nullptr ? share : Outer->Share(static_cast<double>(Outer->Done) + share);
+    return Outer == nullptr || !Outer->HasParts
+               ? share
+               : Outer->Share(static_cast<double>(Outer->Done) + share);
 }
 
 }  // namespace tessel

@@ -84,12 +84,13 @@ class EventTurns {
     std::chrono::steady_clock::time_point Last{};
 };
 
-/// How far a long operation has come, shown while it lives. One that begins inside another is a
-/// part of that one's next step, as the bytes of a file are of a directory's files.
+/// How far a long operation has come, shown while it lives.
 class Progress {
   public:
-    /// `total` is the number of steps: bytes, files, whatever is counted.
-    explicit Progress(std::int64_t total);
+    /// `total` is the number of steps: bytes, files, whatever is counted. What begins inside is a
+    /// part of the next step when this one `hasParts`, as the bytes of a file are of a directory's
+    /// files; else it only happens to begin in an event turn.
+    explicit Progress(std::int64_t total, bool hasParts = false);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -101,6 +102,7 @@ class Progress {
 
     Progress* Outer;
     std::int64_t Total;
+    bool HasParts;
     std::int64_t Done = 0;
 };
 

@@ -188,7 +188,7 @@ ListView* BindListBox(ListBox& list, const QString& meaning, QWidget* parent) {
     return view;
 }
 
-// --- Folders. -----------------------------------------------------------------------------------
+// --- Folders. ---------------------------------------------------------------------------------
 
 FolderView::FolderView(FolderList& folders, QWidget* parent)
     : QTreeWidget(parent), Folders(folders) {

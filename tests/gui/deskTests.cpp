@@ -98,16 +98,19 @@ TEST_F(DeskTest, LongWorkShowsHowFarItIsAndThenNothing) {
     auto& line = *Screen->findChild<QProgressBar*>();
     EXPECT_FALSE(line.isVisible());
     {
-        Progress files(4);
+        Progress files(4, true);
         files.Show(1);
         EXPECT_FALSE(line.isVisible()) << "short work flickers";
         QTest::qWait(150);
         {
             Progress bytes(1000);
             bytes.Show(500);
+            EXPECT_EQ(line.value(), 375) << "a file of four, and half of the next";
+            Progress text(1000);
+            text.Show(100);
+            EXPECT_EQ(line.value(), 100) << "what has nothing to do with it";
         }
         EXPECT_TRUE(line.isVisible());
-        EXPECT_EQ(line.value(), 375) << "a file of four, and half of the next";
         EXPECT_EQ(line.geometry(),
                   QRect(Display->geometry().topLeft(), QSize(Display->width(), 3)));
     }
