@@ -138,14 +138,16 @@ void formTessel::Form_CloseBox() { mnuExit_Click(); }
 
 void formTessel::mnuExit_Click() {
     if (Busy || SavingText) {
-        StopRequested = true;
+        StopAll();
         ExitPending = true;
     } else {
         TheHost.EndProgram();
     }
 }
 
-void formTessel::cmdABORT_Click() { StopRequested = true; }
+void formTessel::cmdABORT_Click() { StopAll(); }
+
+void formTessel::StopAll() { StopRequested = StopSaving = true; }
 
 void formTessel::SetBusy(bool flag) {
     Busy = flag;

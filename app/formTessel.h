@@ -105,6 +105,7 @@ struct formTessel {
     void mnuExit_Click();
     void mnuOffset_Click();
     void cmdABORT_Click();
+    void StopAll();
     bool MaySaveFile();
     bool MaySaveDirectory();
     void OpenImage(const std::string& path, const std::string& title);
@@ -147,6 +148,7 @@ struct formTessel {
     std::string LastDirName{};  // the folder last chosen through GetDirName in this run
     bool SaveAllRunning = false;
     bool SavingText = false;  // Save Display writes, and lets events in
+    bool StopSaving = false;  // it shall end
 };
 
 /// "MAJOR.MINOR.REVISION" of this program.

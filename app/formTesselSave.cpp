@@ -57,7 +57,10 @@ void formTessel::mnuSaveTxt_Click() {
     TextDisplay text = rtfDisplay.Text;
     text.Changed = nullptr;
     const Raised saving(SavingText);
-    WriteTextFile(text, path);
+    StopSaving = false;
+    if (!WriteTextFile(text, path, StopSaving)) {
+        TheHost.MessageBox("The text is not saved to its end:\r\n" + path, "Error");
+    }
 }
 
 void formTessel::mnuSaveDirectory_Click() {

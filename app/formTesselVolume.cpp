@@ -144,7 +144,7 @@ void formTessel::BrowseVolume() {
 
 void formTessel::mnuClose_Click() {
     if (Busy || SavingText) {
-        StopRequested = true;
+        StopAll();
         ClosePending = true;
     } else {
         CloseDrive(Drives[1].FileNumber);

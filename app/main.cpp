@@ -5,6 +5,18 @@
 #include "platform/qt/hostDesk.h"
 #include "platform/qt/mainScreen.h"
 
+namespace {
+
+QIcon ProgramIcon() {
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QStringLiteral(":/tessel-%1.png").arg(size));
+    }
+    return icon;
+}
+
+}  // namespace
+
 int main(int argc, char* argv[]) {
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
@@ -13,7 +25,7 @@ int main(int argc, char* argv[]) {
     QCoreApplication::setApplicationName("Tessel");
     QCoreApplication::setApplicationVersion(tessel::ProgramVersion());
     QGuiApplication::setDesktopFileName("tessel");
-    QApplication::setWindowIcon(QIcon(":/tessel.svg"));
+    QApplication::setWindowIcon(ProgramIcon());
 
     tessel::FillHost();
     tessel::formTessel form;

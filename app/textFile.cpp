@@ -97,18 +97,23 @@ void LineEnds::Convert(std::string& part, bool onlyCrLf) {
 
 std::string LineEnds::Rest() { return std::exchange(HeldCr, false) ? "\r\n" : ""; }
 
-void WriteTextFile(const TextDisplay& display, const std::string& path) {
+bool WriteTextFile(const TextDisplay& display, const std::string& path, const bool& stop) {
+    struct Stopped {};
     OpenForWriting(kTextFile, path);
     try {
         LineEnds ends;
         PartWriter file(display.Size());
         display.WriteTo([&](std::string& part, bool onlyCrLf) {
+            if (stop) throw Stopped();
             ends.Convert(part, onlyCrLf);
             file.Write(part);
         });
         std::string rest = ends.Rest();
         file.Write(rest);
         file.Finish();
+    } catch (const Stopped&) {
+        CloseFile(kTextFile);
+        return false;
     } catch (...) {
         try {
             CloseFile(kTextFile);
@@ -118,6 +123,7 @@ void WriteTextFile(const TextDisplay& display, const std::string& path) {
         throw;
     }
     CloseFile(kTextFile);
+    return true;
 }
 
 }  // namespace tessel

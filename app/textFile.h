@@ -20,7 +20,8 @@ class LineEnds {
 };
 
 /// Writes a display's text to a new file as UTF-8 with CR LF, part by part, and lets events in
-/// between them. Raises what creating and writing a file raise.
-void WriteTextFile(const TextDisplay& display, const std::string& path);
+/// between them. False when they set `stop`: the file then holds the first parts. Raises what
+/// creating and writing a file raise.
+bool WriteTextFile(const TextDisplay& display, const std::string& path, const bool& stop);
 
 }  // namespace tessel

@@ -1,3 +1,5 @@
+#include <sys/resource.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -10,7 +12,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 /// replay FOLDER: feeds every file of a folder to the target that this is linked with. Fails where
-/// there is none, and where one of them took more than a second of processor time.
+/// there is none, where one of them took more than a second of processor time, and where together
+/// they took more than 256 MB of memory.
 int main(int argc, char** argv) {
     namespace fs = std::filesystem;
     if (argc != 2) return 2;
@@ -30,7 +33,11 @@ int main(int argc, char** argv) {
             slowestInput = input.filename();
         }
     }
-    std::printf("%zu inputs; the slowest, %s, took %.0f ms\n", inputs.size(),
-                slowestInput.string().c_str(), slowest * 1000);
-    return inputs.empty() || slowest > 1 ? 1 : 0;
+    constexpr long kMostMegabytes = 256;
+    rusage used{};
+    getrusage(RUSAGE_SELF, &used);
+    const long peak = used.ru_maxrss / 1024;
+    std::printf("%zu inputs; the slowest, %s, took %.0f ms; %ld MB at most\n", inputs.size(),
+                slowestInput.string().c_str(), slowest * 1000, peak);
+    return inputs.empty() || slowest > 1 || peak > kMostMegabytes ? 1 : 0;
 }

@@ -18,7 +18,7 @@ constexpr int kMostSteps = 60;
 constexpr int kMostLines = 12;
 constexpr int kDeepest = 3;
 constexpr long kPatience = 2;
-constexpr std::int64_t kWholeText = std::int64_t{256} * 1024;
+constexpr std::int64_t kWholeText = std::int64_t{32} * 1024;
 
 void Hold(bool isTrue, const char* what) {
     if (isTrue) return;
@@ -109,7 +109,8 @@ void Visitor::CheckText() const {
     text.WriteTo([&parts](std::string_view part, bool) { parts += part; });
     Hold(parts == whole, "parts make the whole text");
     std::string joined;
-    for (std::int64_t line = 0; line < lines; line += 100) joined += text.Lines(line, 100);
+    const std::int64_t step = std::max<std::int64_t>(100, lines / 50);
+    for (std::int64_t line = 0; line < lines; line += step) joined += text.Lines(line, step);
     Hold(joined == whole, "lines make the whole text");
     for (TextOffset at = 0; at < size; at += 997) {
         Hold(text.Text(at, 61) == whole.substr(static_cast<std::size_t>(at), 61),

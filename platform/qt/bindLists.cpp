@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QStyle>
 
 #include "platform/hostFiles.h"
@@ -27,6 +28,14 @@ QStringList StepsTo(const QString& path) {
     }
 }
 
+/// A line around the list that has the keyboard; its selected line looks the same without.
+void PaintFocus(QAbstractItemView& view) {
+    if (!view.hasFocus()) return;
+    QPainter painter(view.viewport());
+    painter.setPen(view.palette().color(QPalette::Highlight));
+    painter.drawRect(view.viewport()->rect().adjusted(0, 0, -1, -1));
+}
+
 void AddFolder(QTreeWidgetItem& item, const QString& path, const QIcon& icon) {
     const QString name = QDir(path).isRoot() ? path : QFileInfo(path).fileName();
     item.setText(0, QDir::toNativeSeparators(name));
@@ -36,8 +45,7 @@ void AddFolder(QTreeWidgetItem& item, const QString& path, const QIcon& icon) {
 
 }  // namespace
 
-// --- Lines.
-// ----------------------------------------------------------------------------------------
+// --- Lines. -------------------------------------------------------------------------------------
 
 void ListLines::Refresh() {
     beginResetModel();
@@ -125,6 +133,11 @@ int ListView::LineUnder(const QMouseEvent* event) {
     return indexAt(event->position().toPoint()).row();
 }
 
+void ListView::paintEvent(QPaintEvent* event) {
+    QListView::paintEvent(event);
+    PaintFocus(*this);
+}
+
 void ListView::mousePressEvent(QMouseEvent* event) {
     const int line = LineUnder(event);
     if (event->button() != Qt::LeftButton || line < 0) return;
@@ -175,8 +188,7 @@ ListView* BindListBox(ListBox& list, const QString& meaning, QWidget* parent) {
     return view;
 }
 
-// --- Folders.
-// --------------------------------------------------------------------------------------
+// --- Folders. -----------------------------------------------------------------------------------
 
 FolderView::FolderView(FolderList& folders, QWidget* parent)
     : QTreeWidget(parent), Folders(folders) {
@@ -227,6 +239,11 @@ void FolderView::Enter(const QTreeWidgetItem* item) {
     } catch (const RuntimeError&) {
         Follow();  // it has gone
     }
+}
+
+void FolderView::paintEvent(QPaintEvent* event) {
+    QTreeWidget::paintEvent(event);
+    PaintFocus(*this);
 }
 
 void FolderView::mousePressEvent(QMouseEvent* event) {

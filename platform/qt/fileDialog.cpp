@@ -58,7 +58,7 @@ QString WithExtension(const QString& path, const CommonDialog& dialog, bool savi
 void Refuse(const QString& path, const char* why, const QString& title) {
     QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Ok, DialogOwner());
     box.setTextFormat(Qt::PlainText);
-    box.setText(QDir::toNativeSeparators(path) + '\n' + why);
+    box.setText(Breakable(QDir::toNativeSeparators(path)) + '\n' + why);
     box.exec();
 }
 
@@ -66,7 +66,7 @@ bool MayOverwrite(const QString& path, const QString& title) {
     QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Yes | QMessageBox::No,
                     DialogOwner());
     box.setTextFormat(Qt::PlainText);
-    box.setText(QDir::toNativeSeparators(path) +
+    box.setText(Breakable(QDir::toNativeSeparators(path)) +
                 "\nThis file already exists. Do you want to replace it?");
     box.setDefaultButton(QMessageBox::No);
     return box.exec() == QMessageBox::Yes;

@@ -1,6 +1,7 @@
 #include "platform/qt/hostDesk.h"
 
 #include <QApplication>
+#include <QGridLayout>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -37,13 +38,24 @@ struct Pointer {
 };
 Pointer ThePointer;
 
+/// The width that a dialog needs for its title and the buttons beside it, in logical pixels; a
+/// short text would make it narrower.
+int TitleWidth(const QWidget& dialog) {
+    constexpr int kButtons = 150;
+    return dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + kButtons;
+}
+
 void ShowMessage(const std::string& text, const std::string& title) {
     const PointerPause pause;
     QMessageBox box(DialogOwner());
     box.setWindowTitle(ToQt(title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(ToQt(text).replace("\r\n", "\n"));
+    box.setText(Breakable(ToQt(text).replace("\r\n", "\n")));
     box.setStandardButtons(QMessageBox::Ok);
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+        grid->addItem(new QSpacerItem(TitleWidth(box), 0), grid->rowCount(), 0, 1,
+                      grid->columnCount());
+    }
     box.exec();
 }
 
@@ -54,6 +66,7 @@ std::string AskText(const std::string& prompt, const std::string& title, const s
     dialog.setWindowTitle(ToQt(title));
     dialog.setLabelText(ToQt(prompt));
     dialog.setTextValue(ToQt(text));
+    dialog.setMinimumWidth(TitleWidth(dialog));
     if (auto* edit = dialog.findChild<QLineEdit*>()) edit->selectAll();
     if (dialog.exec() != QDialog::Accepted) return "";
     return dialog.textValue().toStdString();
@@ -85,6 +98,20 @@ PointerPause::PointerPause() {
 PointerPause::~PointerPause() {
     --ThePointer.Dialogs;
     ThePointer.Follow();
+}
+
+QString Breakable(QString text) {
+    constexpr QChar kMayBreak(0x200B);
+    constexpr int kLongWord = 60;
+    int word = 0;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        word = text[i].isSpace() ? 0 : word + 1;
+        if (word > kLongWord && !text[i].isLowSurrogate()) {
+            text.insert(i, kMayBreak);
+            word = 0;
+        }
+    }
+    return text;
 }
 
 QWidget* DialogOwner() {

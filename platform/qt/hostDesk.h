@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class QWidget;
 
 namespace tessel {
@@ -10,6 +12,10 @@ void FillHost();
 
 /// File dialogs are the toolkit's own also where the desktop brings one: tests can drive those.
 extern bool UseToolkitDialogs;
+
+/// A text for a message box: a word that no screen is wide enough for, a long path for one, may be
+/// broken anywhere.
+QString Breakable(QString text);
 
 /// The window that a dialog opened now belongs to.
 QWidget* DialogOwner();

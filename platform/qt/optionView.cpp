@@ -2,7 +2,9 @@
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
+#include <QPainter>
 #include <QProxyStyle>
+#include <QStyleOption>
 
 namespace tessel {
 namespace {
@@ -22,6 +24,22 @@ class OptionStyle : public QProxyStyle {
             default:
                 return QProxyStyle::pixelMetric(metric, option, widget);
         }
+    }
+    /// On dark colours a style's mark may be darker still: a ring in the ink of the text tells it.
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        const QPalette& colours = option->palette;
+        const bool dark = colours.color(QPalette::Window).lightness() < 128;
+        if (element != PE_IndicatorRadioButton || !dark) return;
+        QColor ink = colours.color(QPalette::WindowText);
+        ink.setAlphaF(0.6F);
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(ink);
+        painter->setBrush(Qt::NoBrush);
+        painter->drawEllipse(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5));
+        painter->restore();
     }
 };
 

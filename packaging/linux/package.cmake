@@ -1,0 +1,53 @@
+# The files that a Linux desktop reads, and the Debian package. Needs `released`, the day of the release,
+# and `released_in_words`, the same as mail writes it.
+
+# configure_gzipped(FROM NAME RESULT): fills FROM in and leaves it compressed as NAME.gz, as Debian
+# wants its documents; just filled in where there is no gzip. RESULT becomes the path.
+function(configure_gzipped from name result)
+  configure_file(${from} ${name} @ONLY)
+  set(${result} ${CMAKE_CURRENT_BINARY_DIR}/${name} PARENT_SCOPE)
+  find_program(GZIP_PROGRAM gzip)
+  if(GZIP_PROGRAM)
+    execute_process(COMMAND ${GZIP_PROGRAM} -9nkf ${name}
+                    WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR} COMMAND_ERROR_IS_FATAL ANY)
+    set(${result} ${CMAKE_CURRENT_BINARY_DIR}/${name}.gz PARENT_SCOPE)
+  endif()
+endfunction()
+
+configure_file(linux/tessel.metainfo.xml.in tessel.metainfo.xml @ONLY)
+configure_gzipped(linux/tessel.1.in tessel.1 manual_page)
+configure_gzipped(linux/changelog.in changelog changelog)
+
+set(icon_themes ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
+install(FILES linux/tessel.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tessel.metainfo.xml
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
+install(FILES ${manual_page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+install(FILES linux/copyright ${changelog} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tessel)
+install(FILES icons/tessel.svg DESTINATION ${icon_themes}/scalable/apps)
+foreach(size 16 24 32 48 64 128 256)
+  install(FILES icons/tessel-${size}.png RENAME tessel.png
+          DESTINATION ${icon_themes}/${size}x${size}/apps)
+endforeach()
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_PACKAGE_NAME tessel)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "viewer and extractor for FAT12 and FAT16 disk images")
+set(CPACK_PACKAGE_DESCRIPTION
+"Tessel opens raw images of floppy disks and partitions with a FAT12 or
+FAT16 file system, shows everything that is on them (boot sector, FAT,
+directories with long names, files as text or as hexadecimal dumps) and
+saves files and directories out of them.
+.
+It is made for images that are old, odd and often damaged: it shows the
+bytes as they are and never writes to an image.")
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Tessel developers <tessel@example.org>")
+set(CPACK_DEBIAN_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The letters that the display is laid out for, and the drawings of desktops' own icons in dialogs.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-liberation, libqt6svg6")
+include(CPack)
