@@ -121,9 +121,21 @@ TEST_F(HostFaultTest, WithoutPermissionNothingIsTouched) {
         EXPECT_EQ(tried.SavingFile, kRefused + "\n");
         EXPECT_EQ(tried.SavingText, kRefused + "\n");
         EXPECT_EQ(tried.SavingDirectory, ForEachFile(kNoFolder));
+    }
+    // The image's own folder stands there, and nobody may enter it.
+    fs::permissions(At("out"), fs::perms::owner_all);
+    fs::create_directory(At("out/disk"));
+    fs::permissions(At("out/disk"), fs::perms::none);
+    fs::permissions(At("out"), readable);
+    {
+        const Somebody somebody;
+        EXPECT_EQ(Save().SavingDirectory, ForEachFile(kRefusedFile));
         EXPECT_EQ(Run("file @/secret\nmenu Open"), kRefusedFile + "@/secret\n");
     }
     fs::permissions(At("out"), fs::perms::owner_all);
+    fs::permissions(At("out/disk"), fs::perms::owner_all);
+    EXPECT_EQ(Tree("out/disk"), "");
+    fs::remove(At("out/disk"));
     EXPECT_EQ(Tree(""), before);
     EXPECT_EQ(Read("out/a"), "kept");
 }

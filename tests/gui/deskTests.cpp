@@ -60,7 +60,7 @@ TEST_F(DeskTest, KeysAloneOpenMenusAndChooseModes) {
 }
 
 TEST_F(DeskTest, ADroppedImageIsOpenedButNothingElse) {
-    const auto drop = [this](std::vector<std::string> paths) {
+    const auto drop = [this](const std::vector<std::string>& paths) {
         QMimeData data;
         QList<QUrl> urls;
         for (const std::string& path : paths) urls += QUrl::fromLocalFile(path.c_str());
@@ -124,7 +124,7 @@ TEST_F(DeskTest, BrokenSettingsAreNoReasonNotToStart) {
     for (const std::string home : {"garbage", "folder", "file/home"}) {
         if (home == "garbage") {
             std::filesystem::create_directories(At("garbage/Tessel"));
-            Write("garbage/Tessel/Tessel.conf", std::string("[Paths\n\0=\xFF\xFE\n=%%%\n", 18));
+            Write("garbage/Tessel/Tessel.conf", std::string("[Paths\n\0=\xFF\xFE\n=%%%\n", 17));
         } else if (home == "folder") {
             std::filesystem::create_directories(At("folder/Tessel/Tessel.conf"));
         } else {
