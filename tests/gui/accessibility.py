@@ -8,15 +8,7 @@ import time
 import pyatspi
 from gi.repository import GLib
 
-told = []  # what the program has announced: (event, role, name, on or off)
 context = GLib.MainContext.default()
-
-
-def announced(event):
-    try:
-        told.append((str(event.type), event.source.getRoleName(), event.source.name, event.detail1))
-    except Exception:  # the control has gone by now
-        pass
 
 
 def until(what, ask):
@@ -32,7 +24,6 @@ def until(what, ask):
             return answer
         time.sleep(0.02)
     print("in the window:", *[item for item in everything(window)], sep="\n  ")
-    print("announced:", *told[-20:], sep="\n  ")
     sys.exit("This never came: " + what)
 
 
@@ -68,12 +59,8 @@ def has(item, state):
     return item.getState().contains(state)
 
 
-def heard(event, name, on=None):
-    return any(t[0].startswith(event) and t[2] == name and on in (None, t[3]) for t in told)
-
-
-for kind in ("object:state-changed", "window:activate"):
-    pyatspi.Registry.registerEventListener(announced, kind)
+# The program tells of changes only where somebody listens.
+pyatspi.Registry.registerEventListener(lambda event: None, "object:state-changed")
 
 
 def program():
@@ -81,13 +68,6 @@ def program():
         if application is not None and application.name == "Tessel":
             return application
     return None
-
-
-def answer_dialog(path):
-    dialog = until("the file dialog", lambda: next(
-        (item for item in application if item.name.startswith("Open FAT Raw File")), None))
-    the("text", "File name:", dialog).queryEditableText().setTextContents(path)
-    act(the("push button", "Open", dialog))
 
 
 application = until("the program", program)
@@ -115,11 +95,12 @@ for meaning in ("Volume label", "File system type", "Version", "Current director
 
 print("- Open, by the menu and the dialog")
 act(the("menu item", "Open"))
-answer_dialog(sys.argv[1])
+dialog = until("the file dialog", lambda: next(
+    (item for item in application if item.name.startswith("Open FAT Raw File")), None))
+the("text", "File name:", dialog).queryEditableText().setTextContents(sys.argv[1])
+act(the("push button", "Open", dialog))
 window = the("frame", "FAT File System " + sys.argv[1], application)
 the("label", "{SAMPLE     } ")
-until("word that a button can be pressed",
-      lambda: heard("object:state-changed:enabled", "Boot Sector", 1))
 
 print("- choose a directory in the list, and enter it")
 lines = the("list", "Directory list")
@@ -128,8 +109,6 @@ lines.queryComponent().grabFocus()
 docs = next(line for line in lines if line.name.startswith("[DOCS"))
 lines.queryTable().addRowSelection(docs.getIndexInParent())
 until("DOCS as the selected line", lambda: has(docs, pyatspi.STATE_SELECTED))
-until("word of the selection",
-      lambda: heard("object:state-changed:selected", docs.name, 1))
 
 subprocess.run(["xdotool", "key", "Return"], check=True)
 until("the way back", lambda: any(line.name.startswith("[..") for line in lines))
@@ -138,25 +117,10 @@ the("label", "DOCS")
 print("- choose a mode, and read the display")
 act(the("radio button", "Dump"))
 until("Dump as the chosen mode", lambda: has(the("radio button", "Dump"), pyatspi.STATE_CHECKED))
-until("word of the mode", lambda: heard("object:state-changed:checked", "Dump", 1))
 act(the("push button", "Boot Sector"))
 display = the("text", "Display").queryText()
 until("the boot sector's report",
       lambda: "Bytes per Sector" in display.getText(0, display.characterCount))
-
-print("- a message box comes forward")
-told.clear()
-act(the("menu item", "Close"))
-window = the("frame", "FAT File System", application)
-act(the("menu item", "Open"))
-answer_dialog(__file__)
-box = until("the message box", lambda: next(
-    (item for item in application if item.getRoleName() in ("alert", "dialog")
-     and find(item, "push button", "OK")), None))
-until("the message as text", lambda: any(
-    item.getRoleName() == "label" and item.name for item in everything(box)))
-until("word of the message box", lambda: heard("window:activate", box.name))
-act(find(box, "push button", "OK"))
 
 print("- Exit")
 act(the("menu item", "Exit"))
