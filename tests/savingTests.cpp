@@ -61,16 +61,16 @@ TEST_F(WindowTest, AFileIsSavedAsItsChainAndSizeSay) {
 }
 
 TEST_F(WindowTest, ASavedFileKeepsAValidModificationTime) {
-    struct Row {
-        int Date, Time;
-        bool Kept;
-    };
-    const Row rows[] = {{0x246F, 0x72C3, true},  {0x246F, 0xBF7D, true},  {0x585D, 0, true},
-                        {0x005D, 0, true},       {0x025D, 0, false},      {0, 0, false},
-                        {0x246F, 0xC000, false}, {0x246F, 0x0780, false}, {0x246F, 0x001E, false},
-                        {0x249F, 0, false},      {0x25A1, 0, false},      {0xFF9F, 0, true}};
+    // Date, time, and whether both are in range.
+    const std::tuple<int, int, bool> rows[] = {
+        {0x246F, 0x72C3, true},  {0x246F, 0xBF7D, true},  {0x585D, 0, true},
+        {0x005D, 0, true},       {0x025D, 0, false},      {0, 0, false},
+        {0x246F, 0xC000, false}, {0x246F, 0x0780, false}, {0x246F, 0x001E, false},
+        {0x249F, 0, false},      {0x25A1, 0, false},      {0xFF9F, 0, true}};
     Image image;
-    for (const Row& row : rows) image.Add(0, {.Name = "F", .Date = row.Date, .Time = row.Time});
+    for (const auto& [date, time, kept] : rows) {
+        image.Add(0, {.Name = "F", .Date = date, .Time = time});
+    }
     Open(image);
     int line = 0;
     for (const auto& [date, time, expected] : rows) {

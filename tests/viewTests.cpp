@@ -248,23 +248,19 @@ TEST_F(ViewTest, TheFatIsATableOfEntries) {
     EXPECT_EQ(wide.substr(0, 29), "0000 (00000) FFF8 FFFF 0010 0");
     EXPECT_EQ(wide.substr(95, 18), "0010 (00016) 4E1F ");
     EXPECT_EQ(wide.substr(1249 * 95), "4E10 (19984) " + Times(15, "0000 ") + "FFF7 \r\n");
-    struct Row {
-        std::size_t Cut;
-        Long Clusters;
-        std::string Shown;
-    };
+    // Where the image ends, the clusters that it claims, and what is shown.
     const std::string first = table.substr(0, 94);
-    const Row rows[] = {
+    const std::tuple<std::size_t, Long, std::string> rows[] = {
         {512 + 24, 2847, first + " FAT ends after 16 of 2847 entries\r\n"},
         {512 + 26, 17, first + "0010 (0016) 0011 "},
         {512 + 26, 18, first + "0010 (0016) 0011 \r\n FAT ends after 17 of 18 entries\r\n"},
         {512, 2847, " FAT ends after 0 of 2847 entries\r\n"},
         {SIZE_MAX, 0, ""},
         {SIZE_MAX, -5, ""}};
-    for (const Row& row : rows) {
-        Mount(image, row.Cut);
-        Drives[1].ClusterCount = row.Clusters;
-        EXPECT_EQ(DumpFat0(), row.Shown) << row.Cut;
+    for (const auto& [cut, clusters, shown] : rows) {
+        Mount(image, cut);
+        Drives[1].ClusterCount = clusters;
+        EXPECT_EQ(DumpFat0(), shown) << cut;
     }
 }
 

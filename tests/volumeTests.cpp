@@ -7,7 +7,7 @@
 namespace tessel {
 namespace {
 
-class VolumeTest : public TesselTest {};
+using VolumeTest = TesselTest;
 
 TEST_F(VolumeTest, TheGeometryFollowsTheLength) {
     // Length, tracks, heads, sectors per track.
@@ -119,24 +119,20 @@ TEST_F(VolumeTest, SectorsAndAreasAreAddressed) {
     EXPECT_EQ(GetFat12Entry(Fat0Bytes, 0) + GetFat12Entry(Fat0Bytes, 1), 0x211 + 0x332);
     EXPECT_EQ(GetString(RootDirBytes, 0, 8), "the root");
     EXPECT_EQ(EntryFileName(1), "entry  z.ero");
-    // Areas of any size, as far as the image goes: bytes of FAT and root, and the error of both.
-    struct Row {
-        Layout Told;
-        std::size_t Cut, Fat, Root;
-        int Error;
-    };
+    // Areas of any size: a layout, where the image ends, bytes of FAT and root, the error of both.
+    using Row = std::tuple<Layout, std::size_t, std::size_t, std::size_t, int>;
     const Row rows[] = {{{}, SIZE_MAX, 4608, 7168, 0},
                         {{}, 612, 100, 7168, 0},
                         {{}, 512, 0, 7168, 0},
                         {{.BytesPerSector = 0, .RootEntries = 0}, SIZE_MAX, 0, 0, 0},
                         {{.BytesPerSector = 65535, .SectorsPerFat = 65535}, SIZE_MAX, 0, 7168, 6},
                         {{.SectorsPerFat = 65535}, SIZE_MAX, 131072, 7168, 0}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(ErrorOf([&] { Mount(Image(row.Told), row.Cut); }), row.Error);
-        EXPECT_EQ(ErrorOf([] { ReadFat0(); }), row.Error);
-        EXPECT_EQ(ErrorOf([] { ReadFat1(); }), row.Error);
-        EXPECT_EQ(Fat0Bytes.size(), row.Fat);
-        EXPECT_EQ(RootDirBytes.size(), row.Root);
+    for (const auto& [told, cut, fat, root, error] : rows) {
+        EXPECT_EQ(ErrorOf([&, &l = told, at = cut] { Mount(Image(l), at); }), error);
+        EXPECT_EQ(ErrorOf([] { ReadFat0(); }), error);
+        EXPECT_EQ(ErrorOf([] { ReadFat1(); }), error);
+        EXPECT_EQ(Fat0Bytes.size(), fat);
+        EXPECT_EQ(RootDirBytes.size(), root);
     }
 }
 

@@ -133,26 +133,22 @@ TEST_F(WindowTest, TheOffsetIsAskedUntilItIsANumber) {
         asked += text + ";";
         return ask(prompt, title, text);
     };
-    struct Row {
-        std::string Answers, Defaults;
-        Long Offset;
-    };
-    const Row rows[] = {{"input\n", "0;", 0},
-                        {"input 63k\n", "0;", 64512},
-                        {"input  1x \ninput &HFG\ninput 0x7E00\n", "64512;1x;&HFG;", 32256},
-                        {"input 513M\ninput\n", "32256;513M;", 32256},
-                        {"input   \ninput 0\n", "32256;;", 0},
-                        {"input 32256\n", "0;", 32256}};
-    for (const Row& row : rows) {
+    // Answers, the texts that the box began with, and the offset then.
+    const std::tuple<std::string, std::string, Long> rows[] = {
+        {"input\n", "0;", 0},
+        {"input 63k\n", "0;", 64512},
+        {"input  1x \ninput &HFG\ninput 0x7E00\n", "64512;1x;&HFG;", 32256},
+        {"input 513M\ninput\n", "32256;513M;", 32256},
+        {"input   \ninput 0\n", "32256;;", 0},
+        {"input 32256\n", "0;", 32256}};
+    for (const auto& [answers, defaults, offset] : rows) {
         asked.clear();
-        EXPECT_EQ(Run(row.Answers + "menu Offset"), "");
-        EXPECT_EQ(PartitionOffset, row.Offset);
-        EXPECT_EQ(asked, row.Defaults);
+        EXPECT_EQ(Run(answers + "menu Offset"), "");
+        EXPECT_EQ(PartitionOffset, offset);
+        EXPECT_EQ(asked, defaults);
     }
     EXPECT_EQ(Open(SampleImage({.PartitionOffset = 32256})), "");
     EXPECT_EQ(Run("double 2\nchoose Display\nselect 2\nshow display"), "inside\n");
-    EXPECT_EQ(Run("menu Close\ninput 1000000\nmenu Offset\nfile @/disk.img\nmenu Open"),
-              "box\tBad Boot Sector\tNo Boot Signature\n");
     Restart();
     EXPECT_EQ(PartitionOffset, 0);
 }
@@ -182,13 +178,12 @@ TEST_F(WindowTest, WhileBusyOnlyStopAndTheFileMenuWork) {
     EXPECT_GT(Window->Form.rtfDisplay.Text.Size(), 900 * 512) << "STOP does not last";
 
     // Closing and ending wait until the work has unwound.
-    for (const std::string command : {"menu Close", "menu Exit", "close box"}) {
+    for (const std::string command : {"menu Close", "menu Exit"}) {
         Restart();
         Open(image);
         bool openInside = false;
         Window->Desk.OnEvents = [&] {
-            if (command == "close box") Window->Form.Form.CloseBox();
-            Run(command == "close box" ? "" : command);
+            Run(command);
             openInside = FileIsOpen(kImageFile) && Drives[1].IsOpen && !Window->Desk.Ended;
         };
         EXPECT_EQ(Run("choose Display\nselect 4"), "");

@@ -35,10 +35,8 @@ def everything(root):
 
 
 def find(root, role, name):
-    for item in everything(root):
-        if item.getRoleName() == role and item.name == name:
-            return item
-    return None
+    return next((item for item in everything(root)
+                 if item.getRoleName() == role and item.name == name), None)
 
 
 def the(role, name, root=None):
@@ -64,10 +62,8 @@ pyatspi.Registry.registerEventListener(lambda event: None, "object:state-changed
 
 
 def program():
-    for application in pyatspi.Registry.getDesktop(0):
-        if application is not None and application.name == "Tessel":
-            return application
-    return None
+    return next((application for application in pyatspi.Registry.getDesktop(0)
+                 if application is not None and application.name == "Tessel"), None)
 
 
 application = until("the program", program)

@@ -88,7 +88,6 @@ TEST_F(DeskTest, ADroppedImageIsOpenedButNothingElse) {
 
 TEST_F(DeskTest, LongWorkShowsHowFarItIsAndThenNothing) {
     auto& line = *Screen->findChild<QProgressBar*>();
-    EXPECT_FALSE(line.isVisible());
     {
         Progress files(4);
         files.Show(1);
@@ -100,8 +99,6 @@ TEST_F(DeskTest, LongWorkShowsHowFarItIsAndThenNothing) {
         }
         EXPECT_TRUE(line.isVisible());
         EXPECT_EQ(line.value(), 375) << "a file of four, and half of the next";
-        EXPECT_EQ(line.geometry(),
-                  QRect(Display->geometry().topLeft(), QSize(Display->width(), 3)));
     }
     EXPECT_FALSE(line.isVisible());
 }

@@ -80,13 +80,6 @@ open_image "$samples/sample.img"
 click boot-sector
 expect_display 'press Boot Sector'
 
-step "The modes, for a line chosen with the keys"
-click list
-xdotool key Home Down Down Down
-expect_display 'select 3'
-click text
-expect_display 'choose Display' 'select 3'
-
 step "Double-click into a folder"
 double_click second-line
 click directory
