@@ -8,6 +8,8 @@
 namespace tessel {
 namespace {
 
+using Texts = std::map<std::string, std::string>;
+
 class DialogTest : public TesselTest {
   protected:
     DialogTest() {
@@ -45,41 +47,33 @@ class DialogTest : public TesselTest {
     CommonDialog Dialog, Shown;
     std::string Answer = "/a/b.img", How, Box, Kind;
     int Error = 0;
-    std::map<std::string, std::string> Stored;
+    Texts Stored;
 };
 
 TEST_F(DialogTest, TheKindMakesTheFilter) {
-    // A row of every shape: keyword, filter ("+" for the pair of all files), extension,
-    // description, key.
-    std::istringstream rows(R"(~All Files (*.*)|*.*~~~ELSE
-COM~Command File (*.com)|*.com+~com~Command~COM
-LOADFILES~All Memory Files (*.bin;*.hex;*.ihx;*.mx;*.ent;*.com)|*.bin;*.hex;*.ihx;*.mx;*.ent;*.com|Binary File (*.bin)|*.bin|i-Hex File (*.hex;*.ihx)|*.hex;*.ihx|S-rec File (*.mx)|*.mx|com File (*.com)|*.com+~bin~Load Memory~Load
-ULOAD~All Files (*.*)|*.*~~"Upload to Host System"~ULoad
-IMG~All Disk Image Files (*.img;*.dsk;*.raw)|*.img;*.dsk;*.raw|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|RAW File (*.raw)|*.raw+~img~Raw Disk Image~IMG
-DRV~All Disk Image Files (*.img;*.dsk;*.imd)|*.img;*.dsk;*.imd|Image File (*.img)|*.img|Disk File (*.dsk)|*.dsk|IMD File (*.imd)|*.imd+~img~Disk Image~DRIVE00
-IOPANELS~IO Panel Files (*.iop;*.iopanel)|*.iop;*.iopanel~iop~I/O Panel Definition~IOP
-VDOSTEXT~Text File (*.txt)|*.txt|VersaDoS Text File|*.AF;*.AG;*.AI;*.CD;*.CF;*.CI;*.EQ;*.FF;*.HT;*.LF;*.LG;*.LL;*.LS;*.MC;*.MX;*.NW;*.PF;*.PL;*.SA;*.SI+~txt~VersaDoS Text~VTXT
-TXT~Text File (*.txt)|*.txt+~txt~Text~TXT
-log~File (*.log)|*.log+~log~~ELSE
-DRV13~File (*.DRV13)|*.DRV13+~DRV13~~ELSE
-drv00~File (*.drv00)|*.drv00+~drv00~~ELSE
-)");
-    for (std::string line; std::getline(rows, line);) {
-        std::istringstream columns(line);
-        std::string kind, filter, extension, description, key;
-        for (std::string* column : {&kind, &filter, &extension, &description, &key}) {
-            std::getline(columns, *column, '~');
-        }
-        if (filter.back() == '+') filter.replace(filter.size() - 1, 1, "|All Files (*.*)|*.*");
+    // A row of every shape: keyword, filter, extension, description, key.
+    const std::string all = "|All Files (*.*)|*.*";
+    const std::array<std::string, 5> rows[] = {
+        {"", "All Files (*.*)|*.*", "", "", "ELSE"},
+        {"TXT", "Text File (*.txt)|*.txt" + all, "txt", "Text", "TXT"},
+        {"ULOAD", "All Files (*.*)|*.*", "", "\"Upload to Host System\"", "ULoad"},
+        {"img",
+         "All Disk Image Files (*.img;*.dsk;*.raw)|*.img;*.dsk;*.raw|Image File (*.img)|*.img|"
+         "Disk File (*.dsk)|*.dsk|RAW File (*.raw)|*.raw" +
+             all,
+         "img", "Raw Disk Image", "IMG"},
+        {"log", "File (*.log)|*.log" + all, "log", "", "ELSE"},
+        {"drv00", "File (*.drv00)|*.drv00" + all, "drv00", "", "ELSE"}};
+    for (const auto& [kind, filter, extension, description, key] : rows) {
         Stored = {{"Paths/" + key, "/kept/"}};
         RecentPaths = {};
         EXPECT_EQ(Ask(kind), "/a/b.img");
         EXPECT_EQ(Shown.Filter, filter);
         EXPECT_EQ(Shown.DefaultExt, extension) << kind;
-        EXPECT_EQ(Shown.FilterIndex, kind.starts_with("VDOS") ? 2 : 1) << kind;
+        EXPECT_EQ(Shown.FilterIndex, 1) << kind;
         EXPECT_EQ(Shown.Title, "Open " + description + " File");
         EXPECT_EQ(Shown.InitDir, "/kept/") << kind;
-        EXPECT_EQ(Stored, (std::map<std::string, std::string>{{"Paths/" + key, "/a/"}})) << kind;
+        EXPECT_EQ(Stored, (Texts{{"Paths/" + key, "/a/"}})) << kind;
     }
 }
 
@@ -88,9 +82,7 @@ TEST_F(DialogTest, ThePurposeMakesTitleAndFlags) {
         std::string Purpose, Title, ShownTitle, How;
         Long Flags;
     };
-    const Row rows[] = {{"OPEN", "FAT Raw File", "Open FAT Raw File File", "open", 2101248},
-                        {"open", "", "Open  File", "open", 2101248},
-                        {"Save", "default", "Save default File", "save", 2131974},
+    const Row rows[] = {{"open", "", "Open  File", "open", 2101248},
                         {"SaveAs", "Default", "Save Text File As", "save", 2131974},
                         {"Load", "x", "", "", 0}};
     for (const Row& row : rows) {
@@ -100,7 +92,6 @@ TEST_F(DialogTest, ThePurposeMakesTitleAndFlags) {
         EXPECT_EQ(Shown.Title, row.ShownTitle);
         EXPECT_EQ(Shown.Flags, row.How.empty() ? 0 : row.Flags | 0x40);
         EXPECT_EQ(Shown.FileName, row.How.empty() ? "" : "sug");
-        EXPECT_EQ(Stored["Paths/TXT"], row.How.empty() ? "" : "/a/");
         EXPECT_TRUE(Dialog.CancelError);
     }
     EXPECT_EQ(RecentPaths.LastFolder, "") << "of a name without a folder";
@@ -119,19 +110,17 @@ TEST_F(DialogTest, FoldersAreRemembered) {
     EXPECT_EQ(Kind, "DRV");
     EXPECT_EQ(startOf("DRV12", "/twelve/x"), "/five/");
     EXPECT_EQ(startOf("DRV013", "/thirteen/x"), "/twelve/");
-    EXPECT_EQ(startOf("DRV016", "/sixteen/x"), "/thirteen/");
     EXPECT_EQ(startOf("DRV05", "/five/y"), "/five/");
     EXPECT_EQ(startOf("", "name"), "/five/");
     RecentPaths = {};
     EXPECT_EQ(startOf("TXT", "/"), "/t/") << "in a later run";
     EXPECT_EQ(startOf("log", "/l/x"), "/") << "ELSE holds nothing, and the root was the last";
-    const std::map<std::string, std::string> stored = {{"Paths/IMG", "/i/"},
-                                                       {"Paths/TXT", "/"},
-                                                       {"Paths/DRIVE05", "/five/"},
-                                                       {"Paths/DRIVE12", "/twelve/"},
-                                                       {"Paths/DRIVE13", "/thirteen/"},
-                                                       {"Paths/DRIVE16", "/sixteen/"},
-                                                       {"Paths/ELSE", "/l/"}};
+    const Texts stored = {{"Paths/IMG", "/i/"},
+                          {"Paths/TXT", "/"},
+                          {"Paths/DRIVE05", "/five/"},
+                          {"Paths/DRIVE12", "/twelve/"},
+                          {"Paths/DRIVE13", "/thirteen/"},
+                          {"Paths/ELSE", "/l/"}};
     EXPECT_EQ(Stored, stored);
     // Cancel, and an error of the dialog: nothing is chosen and nothing remembered.
     for (const int error : {32755, 7}) {
@@ -197,24 +186,19 @@ TEST_F(DialogTest, TheChooserAnswersTheListedFolder) {
 }
 
 TEST_F(DialogTest, TheChooserStandsWhereItStood) {
-    const std::pair<const char*, float> rows[] = {
-        {"1234.5", 1234.5F}, {"-8", -8},    {"abc", 3000}, {"", 3000},    {"1,5", 3000},
-        {"12 ", 3000},       {"nan", 3000}, {"inf", 3000}, {"1e99", 3000}};
-    for (const auto& [text, place] : rows) {
-        Stored = {{"SaveALL/Top", text}, {"SaveALL/Left", "7"}};
+    for (const char* text : {"abc", "", "1,5", "12 ", "nan", "inf", "1e99"}) {
+        Stored = {{"SaveALL/Top", text}, {"SaveALL/Left", "-7.5"}};
         const dialogGetDirectory chooser;
-        EXPECT_EQ(chooser.Form.Top, place) << text;
-        EXPECT_EQ(chooser.Form.Left, 7);
+        EXPECT_EQ(chooser.Form.Top, 3000) << text;
+        EXPECT_EQ(chooser.Form.Left, -7.5);
     }
-    for (const float place : {0.0F, -1.25F, 3000.0F, 0.1F, 16777216.0F, 1e30F}) {
-        dialogGetDirectory chooser;
-        chooser.Form.Left = place;
-        chooser.Form_Unload();
-        chooser.Form.Left = 5;
-        chooser.Form.Normal = false;
-        chooser.Form_Unload();
-        EXPECT_EQ(dialogGetDirectory().Form.Left, place) << Stored["SaveALL/Left"];
-    }
+    dialogGetDirectory chooser;
+    chooser.Form.Left = 0.1F;
+    chooser.Form_Unload();
+    chooser.Form.Left = 5;
+    chooser.Form.Normal = false;
+    chooser.Form_Unload();
+    EXPECT_EQ(dialogGetDirectory().Form.Left, 0.1F) << Stored["SaveALL/Left"];
 }
 
 TEST_F(WindowTest, TheChoosersPlaceAndFolderLastFromRunToRun) {

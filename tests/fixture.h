@@ -57,6 +57,10 @@ class WindowTest : public TesselTest {
     std::unique_ptr<Script> Window;
 };
 
+/// The box for an error as a script prints it, with `more` behind its text, "|" for a line break;
+/// and the one for a file that cannot be opened.
+std::string ErrorBox(int number, const std::string& more = "");
+std::string OpenErrorBox(int number, const std::string& name);
 /// The number of the error that `step` raises, 0 for none.
 int ErrorOf(const std::function<void()>& step);
 /// Whether two long texts are equal; tells where the first difference is.

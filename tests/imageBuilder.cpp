@@ -112,13 +112,11 @@ void Image::SetFat(int cluster, int value) {
         const std::size_t at = start + (Fields.Bits == 16 ? 2 * c : c + c / 2);
         if (at + 2 > Volume.size()) continue;
         const int old = Volume[at] | Volume[at + 1] << 8;
-        if (Fields.Bits == 12) value &= 0xFFF;
-        const int odd = (old & 0x000F) | value << 4;
-        Put(Volume, {{at,
-                      Fields.Bits == 16 ? value
-                      : c % 2 == 1      ? odd
-                                        : (old & 0xF000) | value,
-                      2}});
+        int word = value;
+        if (Fields.Bits == 12) {
+            word = c % 2 == 1 ? (old & 0x000F) | value << 4 : (old & 0xF000) | (value & 0xFFF);
+        }
+        Put(Volume, {{at, word, 2}});
     }
 }
 

@@ -7,7 +7,7 @@
 namespace tessel {
 namespace {
 
-class VolumeTest : public TesselTest {};
+using VolumeTest = TesselTest;
 
 TEST_F(VolumeTest, TheGeometryFollowsTheLength) {
     // Length, tracks, heads, sectors per track.
@@ -40,52 +40,31 @@ TEST_F(VolumeTest, TheGeometryFollowsTheLength) {
 }
 
 TEST_F(VolumeTest, TheLayoutIsDerivedFromTheBootSector) {
-    struct Row {
-        Layout Told;
-        Long Total, Clusters, Fat1, Root, Data;
-    };
-    const Row rows[] = {{{}, 2880, 2880, 10, 19, 33},
-                        {{.RootEntries = 16}, 2880, 2880, 10, 19, 20},
-                        {{.RootEntries = 10}, 2880, 2880, 10, 19, 19},
-                        {{.SectorsPerCluster = 7, .LargeSectors = 9}, 2880, 411, 10, 19, 33},
-                        {{.SmallSectors = 0, .LargeSectors = 65536}, 65536, 65536, 10, 19, 33},
-                        {{.NumberOfFats = 0}, 2880, 2880, 10, 1, 15},
-                        {{.BytesPerSector = 1024}, 2880, 2880, 10, 19, 33},
-                        {{.ReservedSectors = 65535,
-                          .NumberOfFats = 255,
-                          .RootEntries = 65535,
-                          .SectorsPerFat = 65535},
-                         2880,
-                         2880,
-                         131070,
-                         16776960,
-                         16781055},
-                        // What cannot be worked out keeps the value of the volume before.
-                        {{.BytesPerSector = 65535,
-                          .SectorsPerCluster = 0,
-                          .SmallSectors = 1440,
-                          .SectorsPerTrack = 40000,
-                          .NumberOfHeads = 40000},
-                         1440,
-                         2880,
-                         10,
-                         19,
-                         33}};
-    for (const Row& row : rows) {
-        const Image image(row.Told);
-        std::copy_n(image.Volume.begin(), 512, BootSectorBytes.begin());
+    // Total sectors, clusters, and the sectors where second FAT, root and data begin.
+    const std::pair<std::vector<Long>, Layout> rows[] = {
+        {{2880, 2880, 10, 19, 33}, {.BytesPerSector = 1024}},
+        {{2880, 2880, 10, 19, 19}, {.RootEntries = 10}},
+        {{2880, 411, 10, 19, 33}, {.SectorsPerCluster = 7, .LargeSectors = 9}},
+        {{65536, 65536, 10, 19, 33}, {.SmallSectors = 0, .LargeSectors = 65536}},
+        {{2880, 2880, 10, 1, 15}, {.NumberOfFats = 0}},
+        {{2880, 2880, 131070, 16776960, 16776974},
+         {.ReservedSectors = 65535, .NumberOfFats = 255, .SectorsPerFat = 65535}},
+        // What cannot be worked out keeps the value of the volume before.
+        {{1440, 2880, 10, 19, 33},
+         {.BytesPerSector = 65535,
+          .SectorsPerCluster = 0,
+          .SmallSectors = 1440,
+          .NumberOfHeads = 40000}}};
+    for (const auto& [derived, told] : rows) {
+        std::copy_n(Image(told).Volume.begin(), 512, BootSectorBytes.begin());
         ParseBootSector();
         const DriveRecord& d = Drives[1];
-        const auto all = [](Long a, Long b, Long c, Long e, Long f, Long g, Long h, Long i) {
-            return std::vector<Long>{a, b, c, e, f, g, h, i};
-        };
-        const Layout& t = row.Told;
-        const bool odd = t.NumberOfHeads == 40000;
-        EXPECT_EQ(all(d.TotalSectors, d.ClusterCount, d.Fat0Sector, d.Fat1Sector, d.RootDirSector,
-                      d.DataSector, d.SectorsPerTrack, d.Heads),
-                  all(row.Total, row.Clusters, t.ReservedSectors, row.Fat1, row.Root, row.Data,
-                      t.SectorsPerTrack, odd ? 2 : t.NumberOfHeads));
-        EXPECT_EQ(d.SectorSize, odd ? 512 : t.BytesPerSector);
+        EXPECT_EQ((std::vector{d.TotalSectors, d.ClusterCount, d.Fat1Sector, d.RootDirSector,
+                               d.DataSector}),
+                  derived);
+        EXPECT_TRUE(d.Fat0Sector == told.ReservedSectors && d.SectorsPerTrack == 18);
+        EXPECT_EQ(d.Heads, 2);
+        EXPECT_EQ(d.SectorSize, told.BytesPerSector == 1024 ? 1024 : 512);
         EXPECT_EQ(d.LogicalSectorSize, d.SectorSize);
         Drives[1].SectorSize = Drives[1].LogicalSectorSize = 512;
     }
@@ -140,34 +119,25 @@ TEST_F(VolumeTest, SectorsAndAreasAreAddressed) {
     EXPECT_EQ(GetFat12Entry(Fat0Bytes, 0) + GetFat12Entry(Fat0Bytes, 1), 0x211 + 0x332);
     EXPECT_EQ(GetString(RootDirBytes, 0, 8), "the root");
     EXPECT_EQ(EntryFileName(1), "entry  z.ero");
-    // Areas of any size, as far as the image goes: bytes of FAT and root, and the error of both.
-    struct Row {
-        Layout Told;
-        std::size_t Cut, Fat, Root;
-        int Error;
-    };
+    // Areas of any size: a layout, where the image ends, bytes of FAT and root, the error of both.
+    using Row = std::tuple<Layout, std::size_t, std::size_t, std::size_t, int>;
     const Row rows[] = {{{}, SIZE_MAX, 4608, 7168, 0},
                         {{}, 612, 100, 7168, 0},
                         {{}, 512, 0, 7168, 0},
                         {{.BytesPerSector = 0, .RootEntries = 0}, SIZE_MAX, 0, 0, 0},
-                        {{.SectorsPerFat = 0}, SIZE_MAX, 0, 7168, 0},
                         {{.BytesPerSector = 65535, .SectorsPerFat = 65535}, SIZE_MAX, 0, 7168, 6},
                         {{.SectorsPerFat = 65535}, SIZE_MAX, 131072, 7168, 0}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(ErrorOf([&] { Mount(Image(row.Told), row.Cut); }), row.Error);
-        EXPECT_EQ(ErrorOf([] { ReadFat0(); }), row.Error);
-        EXPECT_EQ(ErrorOf([] { ReadFat1(); }), row.Error);
-        EXPECT_EQ(Fat0Bytes.size(), row.Fat);
-        EXPECT_EQ(RootDirBytes.size(), row.Root);
+    for (const auto& [told, cut, fat, root, error] : rows) {
+        EXPECT_EQ(ErrorOf([&, &l = told, at = cut] { Mount(Image(l), at); }), error);
+        EXPECT_EQ(ErrorOf([] { ReadFat0(); }), error);
+        EXPECT_EQ(ErrorOf([] { ReadFat1(); }), error);
+        EXPECT_EQ(Fat0Bytes.size(), fat);
+        EXPECT_EQ(RootDirBytes.size(), root);
     }
 }
 
 TEST_F(VolumeTest, ChainsEndAsTheirEntriesSay) {
     const Byte fat12[] = {0xF0, 0xFF, 0xFF, 0x03, 0x40, 0x00, 0x05, 0xF0, 0xFF};
-    const Long entries[] = {4080, 4095, 3, 4, 5, 4095};
-    for (Long c = 0; c < 6; ++c) EXPECT_EQ(GetFat12Entry(fat12, c), entries[c]) << c;
-    const Byte fat16[] = {0xF8, 0xFF, 0xFF, 0xFF, 0x03, 0x00, 0xFE, 0xFF};
-    EXPECT_EQ(GetFat16Entry(fat16, 2) + GetFat16Entry(fat16, 3), 3 + 65534);
     for (std::size_t size = 0; size <= 9; ++size) {
         for (const Long bits : {12, 16}) {
             const ByteBuffer fat = ByteBuffer(fat12).first(size);
@@ -186,12 +156,9 @@ TEST_F(VolumeTest, ChainsEndAsTheirEntriesSay) {
     };
     const Row rows[] = {{"end mark", 12, {2, 3, 4, 5, 0xFFF}, {2, 3, 4, 5}},
                         {"FF8", 12, {2, 3, 0xFF8}, {2, 3, 4088}},
-                        {"bad cluster", 12, {2, 0xFF7}, {2, 4087}},
                         {"the count itself", 12, {2, 2880}, {2, 2880}},
                         {"below the count", 12, {2, 2879, 7, 0xFFF}, {2, 2879, 7}},
                         {"free entry", 12, {2, 0}, {2, 0, 4080}},
-                        {"to cluster 1", 12, {2, 1}, {2, 1}},
-                        {"backwards", 12, {2, 9, 8, 0xFFF}, {2, 9, 8}},
                         {"loop in itself", 12, {2, 2}, {2, 2, 2, 2, 2, 2}},
                         {"loop to the middle", 12, {2, 3, 4, 5, 4}, {2, 3, 4, 5, 4, 5}},
                         {"16 end mark", 16, {2, 3, 0xFFFF}, {2, 3}},

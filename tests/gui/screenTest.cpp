@@ -123,10 +123,13 @@ std::string ScreenTest::Menu(const QString& menu, const QString& entry) {
         QCoreApplication::processEvents();
     }
     EXPECT_FALSE(view.isVisible());
-    // Without a desktop nobody hands the keyboard back when a dialog has gone.
+    TakeKeyboard();
+    return entries;
+}
+
+void ScreenTest::TakeKeyboard() {
     Screen->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(Screen.get()));
-    return entries;
 }
 
 void ScreenTest::OpenImage(const std::string& path) {

@@ -36,6 +36,8 @@ class ScreenTest : public TesselTest {
     /// Opens a menu, and clicks an entry of it or leaves it. Returns its entries, a line each, "-"
     /// in front of what is disabled.
     std::string Menu(const QString& menu, const QString& entry = {});
+    /// Without a desktop nobody hands the keyboard back when a menu or a dialog has gone.
+    void TakeKeyboard();
     /// Opens an image through the menu and the dialog.
     void OpenImage(const std::string& path);
 
