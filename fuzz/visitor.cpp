@@ -36,7 +36,9 @@ Visitor::Visitor(bool savesAnywhere) : SavesAnywhere(savesAnywhere) {
     RecentPaths = {};
     Program = std::make_unique<Script>(Out, Out, Settings);
     Program->Desk.OnEvents = [this] {
-        if (--TurnsLeft <= 0) Program->Form.cmdABORT.Press();
+        if (--TurnsLeft > 0) return;
+        Program->Form.cmdABORT.Press();
+        if (!Busy) Program->Form.mnuClose.Press();  // what ends Save Display
     };
 }
 
