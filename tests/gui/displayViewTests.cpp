@@ -166,7 +166,7 @@ TEST_F(DisplayViewTest, RefusesToCopyWhatNoClipboardShouldHold) {
 }
 
 TEST_F(DisplayViewTest, FindsOverAStepsBorderAndAroundTheEnds) {
-    constexpr std::size_t place = TextSearch::kStep - 2;
+    constexpr std::size_t place = TextSearch::kStep - 9;  // over the end of a step from 4 on
     Box.Text.Append("Mark here\r\n");
     std::string line(3 * TextSearch::kStep, 'x');
     Box.Text.Append(line.replace(place, 4, "maRK"));
