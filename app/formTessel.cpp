@@ -145,7 +145,11 @@ void formTessel::mnuExit_Click() {
     }
 }
 
-void formTessel::cmdABORT_Click() { StopAll(); }
+void formTessel::cmdABORT_Click() {
+    // A view that is begun while a text is saved ends alone.
+    if (SavingWithinView) StopSaving = true;
+    StopRequested = true;
+}
 
 void formTessel::StopAll() { StopRequested = StopSaving = true; }
 

@@ -147,8 +147,9 @@ struct formTessel {
     bool ExitPending = false;   // Exit was chosen while the image was in use
     std::string LastDirName{};  // the folder last chosen through GetDirName in this run
     bool SaveAllRunning = false;
-    bool SavingText = false;  // Save Display writes, and lets events in
-    bool StopSaving = false;  // it shall end
+    bool SavingText = false;        // Save Display writes, and lets events in
+    bool StopSaving = false;        // it shall end
+    bool SavingWithinView = false;  // it was begun in an event turn of a view, which waits for it
 };
 
 /// "MAJOR.MINOR.REVISION" of this program.

@@ -58,6 +58,7 @@ void formTessel::mnuSaveTxt_Click() {
     text.Changed = nullptr;
     const Raised saving(SavingText);
     StopSaving = false;
+    SavingWithinView = Busy;
     if (!WriteTextFile(text, path, StopSaving)) {
         TheHost.MessageBox("The text is not saved to its end:\r\n" + path, "Error");
     }

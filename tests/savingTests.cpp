@@ -279,8 +279,16 @@ TEST_F(WindowTest, TheDisplayIsSavedAsText) {
     Window->Desk.OnEvents = [this] { Run("choose File info\nmenu Save Display\nmenu Open"); };
     EXPECT_EQ(Run("choose Display\nfile @/again.txt\nmenu Save Display"), "");
     EXPECT_TRUE(Same(Read("again.txt"), Read("mixed.txt")));
-    // Close ends it, says so, and then closes.
+    // STOP ends a view begun meanwhile, Close the saving too; it says so, and then closes.
     Run("choose Dump");
+    int turns = 0;
+    Window->Desk.OnEvents = [this, &turns] {
+        if (turns++ == 0) Run("stop-at 1\nchoose Display");
+    };
+    EXPECT_EQ(Run("file @/whole.txt\nmenu Save Display"), "");
+    Window->Desk.OnEvents = nullptr;
+    Run("choose Dump");
+    EXPECT_TRUE(Same(Read("whole.txt"), Show("display")));
     Window->Desk.OnEvents = [this] { Run("menu Close"); };
     EXPECT_EQ(Run("file @/part.txt\nmenu Save Display"),
               "box\tError\tThe text is not saved to its end:\\r\\n@/part.txt\n");
