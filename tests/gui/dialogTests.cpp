@@ -12,7 +12,7 @@
 #include "dialogs/modFile.h"
 #include "dialogs/settings.h"
 #include "platform/hostFiles.h"
-#include "platform/qt/chooserScreen.h"
+#include "screen/chooserScreen.h"
 #include "tests/gui/screenTest.h"
 #include "volume/modGlobals.h"
 #include "volume/volumeState.h"

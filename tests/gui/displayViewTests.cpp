@@ -9,7 +9,7 @@
 #include <QScrollBar>
 #include <QTest>
 
-#include "platform/qt/displayView.h"
+#include "screen/display/view.h"
 
 namespace tessel {
 namespace {

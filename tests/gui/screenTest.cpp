@@ -6,7 +6,7 @@
 #include <QSettings>
 #include <QTest>
 
-#include "platform/qt/hostDesk.h"
+#include "screen/hostDesk.h"
 #include "volume/modGlobals.h"
 
 namespace tessel {

@@ -9,8 +9,8 @@
 #include <deque>
 
 #include "app/formTessel.h"
-#include "platform/qt/displayView.h"
-#include "platform/qt/mainScreen.h"
+#include "screen/display/view.h"
+#include "screen/mainScreen.h"
 #include "tests/fixture.h"
 
 namespace tessel {

@@ -1,4 +1,4 @@
-#include "platform/qt/displayView.h"
+#include "screen/display/view.h"
 
 #include <QApplication>
 #include <QPaintEvent>
@@ -7,7 +7,7 @@
 #include <QStyleHints>
 #include <algorithm>
 
-#include "platform/qt/displayAccessible.h"
+#include "screen/display/accessible.h"
 
 namespace tessel {
 namespace {

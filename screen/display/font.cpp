@@ -1,4 +1,4 @@
-#include "platform/qt/displayFont.h"
+#include "screen/display/font.h"
 
 #include <QFontDatabase>
 #include <QFontMetricsF>

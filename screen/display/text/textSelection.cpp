@@ -1,4 +1,4 @@
-#include "platform/qt/displaySelection.h"
+#include "screen/display/text/textSelection.h"
 
 #include <QStringDecoder>
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "platform/qt/fileDialog.h"
+#include "screen/fileDialog.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -9,8 +9,8 @@
 #include <QRegularExpression>
 
 #include "platform/hostFiles.h"
-#include "platform/qt/bindControls.h"
-#include "platform/qt/hostDesk.h"
+#include "screen/bindControls.h"
+#include "screen/hostDesk.h"
 
 namespace tessel {
 namespace {

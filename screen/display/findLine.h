@@ -5,8 +5,8 @@
 #include <functional>
 #include <optional>
 
-#include "platform/qt/displaySearch.h"
-#include "platform/qt/displaySelection.h"
+#include "screen/display/text/textSearch.h"
+#include "screen/display/text/textSelection.h"
 
 class QCheckBox;
 class QLabel;

@@ -1,4 +1,4 @@
-#include "platform/qt/mainScreen.h"
+#include "screen/mainScreen.h"
 
 #include <QCloseEvent>
 #include <QDir>
@@ -13,9 +13,9 @@
 #include <QUrl>
 
 #include "app/formTessel.h"
-#include "platform/qt/bindLists.h"
-#include "platform/qt/displayView.h"
-#include "platform/qt/progressLine.h"
+#include "screen/bindLists.h"
+#include "screen/display/view.h"
+#include "screen/progressLine.h"
 
 namespace tessel {
 namespace {

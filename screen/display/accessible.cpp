@@ -1,10 +1,10 @@
-#include "platform/qt/displayAccessible.h"
+#include "screen/display/accessible.h"
 
 #include <QAccessibleWidget>
 #include <QVariant>
 #include <algorithm>
 
-#include "platform/qt/displayView.h"
+#include "screen/display/view.h"
 
 namespace tessel {
 namespace {

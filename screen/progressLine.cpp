@@ -1,4 +1,4 @@
-#include "platform/qt/progressLine.h"
+#include "screen/progressLine.h"
 
 #include <QPainter>
 

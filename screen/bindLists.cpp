@@ -1,4 +1,4 @@
-#include "platform/qt/bindLists.h"
+#include "screen/bindLists.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -9,8 +9,8 @@
 #include <QStyle>
 
 #include "platform/hostFiles.h"
-#include "platform/qt/bindControls.h"
-#include "platform/qt/displayFont.h"
+#include "screen/bindControls.h"
+#include "screen/display/font.h"
 
 namespace tessel {
 namespace {

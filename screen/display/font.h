@@ -6,7 +6,7 @@
 #include <array>
 #include <span>
 
-#include "platform/qt/displayLayout.h"
+#include "screen/display/text/lineLayout.h"
 
 class QPainter;
 

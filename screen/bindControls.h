@@ -8,7 +8,7 @@
 #include <string>
 
 #include "platform/controls.h"
-#include "platform/qt/optionView.h"
+#include "screen/optionView.h"
 
 class QLineEdit;
 class QMenuBar;

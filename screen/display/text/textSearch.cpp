@@ -1,4 +1,4 @@
-#include "platform/qt/displaySearch.h"
+#include "screen/display/text/textSearch.h"
 
 #include <algorithm>
 #include <functional>

@@ -4,8 +4,8 @@
 #include <memory>
 #include <optional>
 
-#include "platform/qt/bindControls.h"
-#include "platform/qt/chooserScreen.h"
+#include "screen/bindControls.h"
+#include "screen/chooserScreen.h"
 
 namespace tessel {
 

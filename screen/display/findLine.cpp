@@ -1,4 +1,4 @@
-#include "platform/qt/displayFind.h"
+#include "screen/display/findLine.h"
 
 #include <QCheckBox>
 #include <QElapsedTimer>

@@ -1,4 +1,4 @@
-#include "platform/qt/displayLayout.h"
+#include "screen/display/text/lineLayout.h"
 
 #include <QChar>
 #include <algorithm>

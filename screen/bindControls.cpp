@@ -1,4 +1,4 @@
-#include "platform/qt/bindControls.h"
+#include "screen/bindControls.h"
 
 #include <QFontMetrics>
 #include <QGroupBox>

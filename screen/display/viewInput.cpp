@@ -6,8 +6,8 @@
 #include <QMessageBox>
 #include <algorithm>
 
-#include "platform/qt/displayAccessible.h"
-#include "platform/qt/displayView.h"
+#include "screen/display/accessible.h"
+#include "screen/display/view.h"
 
 /// What a person does to the display by hand: keys, wheel, mouse, clipboard.
 namespace tessel {

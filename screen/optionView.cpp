@@ -1,4 +1,4 @@
-#include "platform/qt/optionView.h"
+#include "screen/optionView.h"
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>

@@ -3,7 +3,7 @@
 #include <QString>
 #include <cstdint>
 
-#include "platform/qt/displayLayout.h"
+#include "screen/display/text/lineLayout.h"
 
 namespace tessel {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/hostDesk.h"
+#include "screen/hostDesk.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -8,8 +8,8 @@
 #include <QSettings>
 
 #include "platform/host.h"
-#include "platform/qt/bindControls.h"
-#include "platform/qt/fileDialog.h"
+#include "screen/bindControls.h"
+#include "screen/fileDialog.h"
 
 namespace tessel {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/displayScroll.h"
+#include "screen/display/scrollAxis.h"
 
 #include <QScrollBar>
 #include <algorithm>

@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "platform/controls.h"
-#include "platform/qt/displayFind.h"
-#include "platform/qt/displayFont.h"
-#include "platform/qt/displayLayout.h"
-#include "platform/qt/displayScroll.h"
-#include "platform/qt/displaySelection.h"
+#include "screen/display/findLine.h"
+#include "screen/display/font.h"
+#include "screen/display/scrollAxis.h"
+#include "screen/display/text/lineLayout.h"
+#include "screen/display/text/textSelection.h"
 
 namespace tessel {
 

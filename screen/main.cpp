@@ -2,8 +2,8 @@
 #include <QIcon>
 
 #include "app/formTessel.h"
-#include "platform/qt/hostDesk.h"
-#include "platform/qt/mainScreen.h"
+#include "screen/hostDesk.h"
+#include "screen/mainScreen.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/qt/chooserScreen.h"
+#include "screen/chooserScreen.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -9,9 +9,9 @@
 #include <cmath>
 
 #include "dialogs/dialogGetDirectory.h"
-#include "platform/qt/bindControls.h"
-#include "platform/qt/bindLists.h"
-#include "platform/qt/hostDesk.h"
+#include "screen/bindControls.h"
+#include "screen/bindLists.h"
+#include "screen/hostDesk.h"
 
 namespace tessel {
 namespace {
