@@ -6,6 +6,7 @@
 #include <iomanip>
 #include <vector>
 
+#include "drive/peakMemory.h"
 #include "platform/hostFiles.h"
 
 namespace tessel {

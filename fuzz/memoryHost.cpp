@@ -196,6 +196,5 @@ bool SetModificationTime(const std::string& path, const LocalTime&) {
 std::vector<std::string> HostDrives() { return {"/"}; }
 std::string DriveOf(const std::string& path) { return path.starts_with('/') ? "/" : ""; }
 std::string DriveRoot(const std::string& drive) { return drive; }
-double PeakMemoryMiB() { return 0; }
 
 }  // namespace tessel

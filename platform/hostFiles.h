@@ -61,7 +61,4 @@ std::string DriveOf(const std::string& path);
 /// The topmost folder of a drive.
 std::string DriveRoot(const std::string& drive);
 
-/// The most memory that this process ever held, in MiB.
-double PeakMemoryMiB();
-
 }  // namespace tessel

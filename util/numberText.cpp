@@ -1,5 +1,7 @@
 #include "util/numberText.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace tessel {
@@ -94,6 +96,17 @@ Long ParseNumber(std::string& text) {
 std::string StripExtension(const std::string& name) {
     const std::size_t point = name.rfind('.');
     return point == std::string::npos ? name : name.substr(0, point);
+}
+
+std::string SizeText(std::int64_t bytes) {
+    if (bytes < 1024) return std::to_string(bytes) + " bytes";
+    constexpr std::array<const char*, 3> kUnits = {" KB", " MB", " GB"};
+    std::int64_t unit = 1024;
+    std::size_t name = 0;
+    for (; bytes >= unit * 1024 && name + 1 < kUnits.size(); unit *= 1024) ++name;
+    const std::int64_t tenths = bytes / unit * 10 + (bytes % unit * 10 + unit - 1) / unit;
+    const std::string whole = std::to_string(tenths / 10);
+    return (tenths % 10 == 0 ? whole : whole + "." + std::to_string(tenths % 10)) + kUnits[name];
 }
 
 std::string Trimmed(std::string_view text) {

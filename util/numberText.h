@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -29,6 +30,10 @@ Long ParseNumber(std::string& text);
 
 /// A bare file name without its last "." and what follows it.
 std::string StripExtension(const std::string& name);
+
+/// A number of bytes, such as "1.6 GB": one decimal, rounded up, so that a size just above a limit
+/// does not look equal to it. Units are powers of 1024.
+std::string SizeText(std::int64_t bytes);
 
 /// `text` without the blanks at its ends.
 std::string Trimmed(std::string_view text);

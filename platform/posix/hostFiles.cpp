@@ -2,7 +2,6 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,7 +9,6 @@
 #include <cerrno>
 #include <climits>
 #include <ctime>
-#include <fstream>
 #include <string>
 
 #include "platform/names.h"
@@ -83,23 +81,6 @@ bool SetModificationTime(const std::string& path, const LocalTime& time) {
     if (moment == -1) return false;
     const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT}, timespec{moment, 0}};
     return utimensat(AT_FDCWD, path.c_str(), times.data(), AT_SYMLINK_NOFOLLOW) == 0;
-}
-
-double PeakMemoryMiB() {
-#ifdef __linux__
-    // What getrusage tells may still be of the process that started this one.
-    std::ifstream status("/proc/self/status");
-    for (std::string word; status >> word;) {
-        double kibibytes = 0;
-        if (word == "VmHWM:" && status >> kibibytes) return kibibytes / 1024;
-    }
-    constexpr double kUnitsPerMiB = 1024;
-#else
-    constexpr double kUnitsPerMiB = 1024 * 1024;
-#endif
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / kUnitsPerMiB;
 }
 
 }  // namespace tessel

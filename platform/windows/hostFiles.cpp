@@ -1,8 +1,6 @@
 #include "platform/hostFiles.h"
 
 #include <windows.h>
-// Behind windows.h.
-#include <psapi.h>
 
 #include <ctime>
 
@@ -110,11 +108,5 @@ std::string DriveOf(const std::string& path) {
 }
 
 std::string DriveRoot(const std::string& drive) { return drive.substr(0, 2) + "\\"; }
-
-double PeakMemoryMiB() {
-    PROCESS_MEMORY_COUNTERS counters{};
-    K32GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
-    return static_cast<double>(counters.PeakWorkingSetSize) / (1024 * 1024);
-}
 
 }  // namespace tessel

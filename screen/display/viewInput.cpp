@@ -7,7 +7,9 @@
 #include <algorithm>
 
 #include "screen/display/accessible.h"
+#include "screen/display/clipboardText.h"
 #include "screen/display/view.h"
+#include "util/numberText.h"
 
 /// What a person does to the display by hand: keys, wheel, mouse, clipboard.
 namespace tessel {
@@ -172,7 +174,8 @@ void DisplayView::Copy() {
         QMessageBox::Information, QStringLiteral("Copy"),
         QStringLiteral("The selection is %1; at most %2 can be copied. To keep the whole text, use "
                        "Save Display.")
-            .arg(SizeText(size), SizeText(kMostCopied)),
+            .arg(QString::fromStdString(SizeText(size)),
+                 QString::fromStdString(SizeText(kMostCopied))),
         QMessageBox::Ok, window());
     box->setAttribute(Qt::WA_DeleteOnClose);
     // A long operation may be filling the display: it goes on while the box stands.

@@ -1,6 +1,5 @@
 #include "screen/display/text/lineLayout.h"
 
-#include <QChar>
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -17,19 +16,27 @@ constexpr std::int64_t kAllColumns = std::numeric_limits<std::int64_t>::max() / 
 
 bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
-/// Controls would act instead of being seen, and format characters would turn the line's order.
+struct CodeRange {
+    char32_t First, Last;
+};
+/// Controls, line separators and format characters (general categories Cc, Cf, Zl and Zp of Unicode
+/// 15) beyond ASCII, ascending.
+constexpr auto kInvisible = std::to_array<CodeRange>(
+    {{0x7F, 0x9F},       {0xAD, 0xAD},       {0x600, 0x605},     {0x61C, 0x61C},
+     {0x6DD, 0x6DD},     {0x70F, 0x70F},     {0x890, 0x891},     {0x8E2, 0x8E2},
+     {0x180E, 0x180E},   {0x200B, 0x200F},   {0x2028, 0x202E},   {0x2060, 0x2064},
+     {0x2066, 0x206F},   {0xFEFF, 0xFEFF},   {0xFFF9, 0xFFFB},   {0x110BD, 0x110BD},
+     {0x110CD, 0x110CD}, {0x13430, 0x1343F}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A},
+     {0xE0001, 0xE0001}, {0xE0020, 0xE007F}});
+
+/// What is painted for a character. A control or format character would act on the line, or reverse
+/// its order, without being visible itself.
 char32_t Shown(char32_t code) {
     if (code >= 0x20 && code < 0x7F) return code;
-    switch (QChar::category(code)) {
-        case QChar::Other_Control:
-        case QChar::Other_Format:
-        case QChar::Other_Surrogate:
-        case QChar::Separator_Line:
-        case QChar::Separator_Paragraph:
-            return kNoText;
-        default:
-            return code;
-    }
+    if (code < 0x20) return kNoText;
+    const auto range = std::lower_bound(kInvisible.begin(), kInvisible.end(), code,
+                                        [](CodeRange r, char32_t c) { return r.Last < c; });
+    return range != kInvisible.end() && range->First <= code ? kNoText : code;
 }
 
 /// Where a line begins and ends, and where the next one begins.

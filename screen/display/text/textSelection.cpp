@@ -1,9 +1,6 @@
 #include "screen/display/text/textSelection.h"
 
-#include <QStringDecoder>
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <string>
 
 namespace tessel {
@@ -11,8 +8,6 @@ namespace {
 
 /// How far a word is followed, in bytes.
 constexpr std::int64_t kWordReach = 4096;
-/// How much text is made ready for the clipboard at once, in bytes.
-constexpr std::int64_t kCopyPart = 1 << 18;
 
 enum class Kind { kWord, kBlank, kOther };
 
@@ -47,36 +42,6 @@ TextRange WordAt(const TextDisplay& text, TextOffset at) {
 TextRange WholeLineAt(const TextDisplay& text, TextOffset at) {
     const std::int64_t line = text.LineAt(at);
     return {text.LineStart(line), text.LineStart(line + 1)};
-}
-
-QString ClipboardText(const TextDisplay& text, TextRange range) {
-    QString lines;
-    lines.reserve(range.Size());
-    // In parts, for fresh memory is what costs; a part may end within a character.
-    QStringDecoder decode(QStringDecoder::Utf8);
-    std::string part;
-    bool afterCr = false;
-    for (TextOffset at = range.From; at < range.To; at += kCopyPart) {
-        part = text.Text(at, std::min(kCopyPart, range.To - at));
-        std::size_t kept = 0;
-        for (const char byte : part) {
-            const bool pairEnds = afterCr && byte == '\n';
-            afterCr = byte == '\r';
-            if (!pairEnds) part[kept++] = afterCr ? '\n' : byte;
-        }
-        lines += decode(QByteArrayView(part.data(), static_cast<qsizetype>(kept)));
-    }
-    return lines;
-}
-
-QString SizeText(std::int64_t bytes) {
-    constexpr std::array<const char*, 4> kUnits = {"bytes", "KB", "MB", "GB"};
-    if (bytes < 1024) return QStringLiteral("%1 bytes").arg(bytes);
-    auto size = static_cast<double>(bytes);
-    std::size_t unit = 0;
-    for (; size >= 1024 && unit + 1 < kUnits.size(); ++unit) size /= 1024;
-    // Rounded up, so that what is just above a limit doesn't look like it.
-    return QStringLiteral("%1 %2").arg(std::ceil(size * 10) / 10).arg(QLatin1String(kUnits[unit]));
 }
 
 TextRange DisplaySelection::Range() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QString>
 #include <cstdint>
 
 #include "screen/display/text/lineLayout.h"
@@ -19,11 +18,6 @@ struct TextRange {
 TextRange WordAt(const TextDisplay& text, TextOffset at);
 /// The line that holds `at`, with its line break.
 TextRange WholeLineAt(const TextDisplay& text, TextOffset at);
-
-/// A part of the text for the clipboard: each line break becomes a single LF.
-QString ClipboardText(const TextDisplay& text, TextRange range);
-/// A number of bytes for people, such as "1.6 GB".
-QString SizeText(std::int64_t bytes);
 
 /// The selected part of a display's text: from where it was begun (the anchor) to the caret.
 class DisplaySelection {
