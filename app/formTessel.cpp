@@ -18,7 +18,7 @@ formTessel::formTessel() {
     for (std::size_t i = 0; i < optDisplay.size(); ++i) {
         optDisplay[i].Name = "optDisplay(" + std::to_string(i) + ")";
         optDisplay[i].Caption = kModes[i];
-        optDisplay[i].At = {240, 240 + 240 * static_cast<int>(i), kWidths[i], 195};
+        optDisplay[i].Bounds = {240, 240 + 240 * static_cast<int>(i), kWidths[i], 195};
         optDisplay[i].Group = optDisplay;
         optDisplay[i].Click = Guarded(&formTessel::optDisplay_Click);
     }
@@ -27,11 +27,11 @@ formTessel::formTessel() {
     optDisplay[3].Enabled = false;
 
     listDIR.Name = "listDIR";
-    listDIR.At = Place{0, 1560, 1815, 3210};
+    listDIR.Bounds = ControlBounds{0, 1560, 1815, 3210};
     listDIR.Click = Guarded(&formTessel::listDIR_Click);
     listDIR.DblClick = Guarded(&formTessel::listDIR_DblClick);
     rtfDisplay.Name = "rtfDisplay";
-    rtfDisplay.At = Place{1800, 600, 8295, 5175};
+    rtfDisplay.Bounds = ControlBounds{1800, 600, 8295, 5175};
 
     cmdABORT.Click = Guarded(&formTessel::cmdABORT_Click);
     cmdDirectory.Click = Guarded(&formTessel::cmdDirectory_Click);
@@ -120,17 +120,17 @@ void formTessel::Form_Unload() {
 }
 
 void formTessel::Form_Resize() {
-    const Place display = rtfDisplay.At;
+    const ControlBounds display = rtfDisplay.Bounds;
     const int width = Form.ScaleWidth - display.Left;
     const int height = Form.ScaleHeight - display.Top;
     if (width > 0 && height > 0) {
-        rtfDisplay.At = Place{display.Left, display.Top, width, height};
+        rtfDisplay.Bounds = ControlBounds{display.Left, display.Top, width, height};
     }
-    const Place list = listDIR.At;
+    const ControlBounds list = listDIR.Bounds;
     const int listHeight = Form.ScaleHeight - list.Top;
     // The list's height hangs on the display's width too.
     if (width > 0 && listHeight > 0) {
-        listDIR.At = Place{list.Left, list.Top, list.Width, listHeight};
+        listDIR.Bounds = ControlBounds{list.Left, list.Top, list.Width, listHeight};
     }
 }
 

@@ -30,17 +30,17 @@ struct formTessel {
     Window Form;
     Frame Frame1{"Frame1", "Display", {0, 0, 1695, 1215}};
     std::array<OptionButton, 4> optDisplay;
-    Label lblVolumeID{.Name = "lblVolumeID", .At = {1800, 120, 1575, 255}};
-    Button cmdABORT{.Name = "cmdABORT", .Caption = "STOP", .At = {3480, 120, 1095, 375}};
-    Label lblSystemID{.Name = "lblSystemID", .At = {4680, 120, 615, 255}};
+    Label lblVolumeID{.Name = "lblVolumeID", .Bounds = {1800, 120, 1575, 255}};
+    Button cmdABORT{.Name = "cmdABORT", .Caption = "STOP", .Bounds = {3480, 120, 1095, 375}};
+    Label lblSystemID{.Name = "lblSystemID", .Bounds = {4680, 120, 615, 255}};
     Button cmdDirectory{
-        .Name = "cmdDirectory", .Caption = "Directory", .At = {5400, 120, 855, 375}};
+        .Name = "cmdDirectory", .Caption = "Directory", .Bounds = {5400, 120, 855, 375}};
     Button cmdDisplayBootSector{
-        .Name = "cmdDisplayBootSector", .Caption = "Boot Sector", .At = {6360, 120, 1215, 375}};
-    Button cmdFat0{.Name = "cmdFat0", .Caption = "FAT0", .At = {7680, 120, 855, 375}};
-    Button cmdRoot{.Name = "cmdRoot", .Caption = "Root", .At = {8640, 120, 855, 375}};
-    Label lblVersion{.Name = "lblVersion", .At = {9840, 120, 1215, 255}};
-    Label lblDirectory{.Name = "lblDirectory", .At = {120, 1320, 1575, 255}};
+        .Name = "cmdDisplayBootSector", .Caption = "Boot Sector", .Bounds = {6360, 120, 1215, 375}};
+    Button cmdFat0{.Name = "cmdFat0", .Caption = "FAT0", .Bounds = {7680, 120, 855, 375}};
+    Button cmdRoot{.Name = "cmdRoot", .Caption = "Root", .Bounds = {8640, 120, 855, 375}};
+    Label lblVersion{.Name = "lblVersion", .Bounds = {9840, 120, 1215, 255}};
+    Label lblDirectory{.Name = "lblDirectory", .Bounds = {120, 1320, 1575, 255}};
     ListBox listDIR;
     DisplayBox rtfDisplay;
     CommonDialog CommonDialog1;
@@ -112,7 +112,7 @@ struct formTessel {
     bool OpenImageFile(const std::string& path);
     void RefuseVolume();
     void BrowseVolume();
-    void ReportOpenFailure(const RuntimeError& error);
+    void ReportOpenError(const RuntimeError& error);
     void SetBusy(bool flag);
     void EnableControls(bool flag);
     void SetVolumeOpen(bool flag);

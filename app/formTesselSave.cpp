@@ -5,7 +5,7 @@
 #include "dialogs/settings.h"
 #include "platform/hostFiles.h"
 #include "util/modUtility.h"
-#include "volume/failureReports.h"
+#include "volume/errorReports.h"
 #include "volume/modDisks.h"
 
 /// Saving to the host.
@@ -13,12 +13,12 @@ namespace tessel {
 namespace {
 
 /// Holds a flag raised as long as it lives.
-class Raised {
+class ScopedFlag {
   public:
-    explicit Raised(bool& flag) : Flag(flag) { Flag = true; }
-    ~Raised() { Flag = false; }
-    Raised(const Raised&) = delete;
-    Raised& operator=(const Raised&) = delete;
+    explicit ScopedFlag(bool& flag) : Flag(flag) { Flag = true; }
+    ~ScopedFlag() { Flag = false; }
+    ScopedFlag(const ScopedFlag&) = delete;
+    ScopedFlag& operator=(const ScopedFlag&) = delete;
 
   private:
     bool& Flag;
@@ -51,12 +51,12 @@ void formTessel::mnuSaveTxt_Click() {
     const std::string path =
         GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "Display as Text");
     if (path.empty()) return;
-    ClearTheWay(path);
+    DeleteExistingFile(path);
     // Events are let in while a long text is written. It is the text of this moment that is saved,
     // and the image that it is made from stays open until then.
     TextDisplay text = rtfDisplay.Text;
     text.Changed = nullptr;
-    const Raised saving(SavingText);
+    const ScopedFlag saving(SavingText);
     StopSaving = false;
     SavingWithinView = Busy;
     if (!WriteTextFile(text, path, StopSaving)) {
@@ -69,7 +69,7 @@ void formTessel::mnuSaveDirectory_Click() {
     const std::string folder = GetDirName("", "SAVE", "SAVEALL", 0, "Save All");
     if (folder.empty()) return;
 
-    const Raised running(SaveAllRunning);
+    const ScopedFlag running(SaveAllRunning);
     ClearDisplay();
     SetBusy(true);
     MirroredFolders target(folder, StripExtension(Drives[1].ImageTitle));

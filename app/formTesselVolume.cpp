@@ -7,7 +7,7 @@
 #include "platform/numberedFiles.h"
 #include "reports/dumps.h"
 #include "util/modUtility.h"
-#include "volume/failureReports.h"
+#include "volume/errorReports.h"
 #include "volume/modDisks.h"
 
 /// Opening and closing an image.
@@ -16,23 +16,23 @@ namespace {
 
 /// Carries out steps of which each shall be tried though one before it failed, and keeps the first
 /// failure for the end.
-class FirstFailure {
+class FirstError {
   public:
     void Try(const std::function<void()>& step) {
         try {
             step();
         } catch (const RuntimeError& error) {
-            if (!Failure) Failure = error;
+            if (!First) First = error;
         } catch (const std::bad_alloc&) {
-            if (!Failure) Failure.emplace(kOutOfMemory, kProjectName, ErrorText(kOutOfMemory));
+            if (!First) First.emplace(kOutOfMemory, kProjectName, ErrorText(kOutOfMemory));
         }
     }
-    void RaiseIt() const {
-        if (Failure) throw RuntimeError(*Failure);
+    void RethrowFirst() const {
+        if (First) throw RuntimeError(*First);
     }
 
   private:
-    std::optional<RuntimeError> Failure;
+    std::optional<RuntimeError> First;
 };
 
 }  // namespace
@@ -115,13 +115,13 @@ bool formTessel::OpenImageFile(const std::string& path) {
         if (!ReadBootSector()) Raise(kDeviceIoError);
         return true;
     } catch (const RuntimeError& error) {
-        ReportOpenFailure(error);
+        ReportOpenError(error);
         return false;
     }
 }
 
-void formTessel::ReportOpenFailure(const RuntimeError& error) {
-    TheHost.MessageBox(OpenFailureReport(error, Drives[1].ImagePath), "Error");
+void formTessel::ReportOpenError(const RuntimeError& error) {
+    TheHost.MessageBox(OpenErrorReport(error, Drives[1].ImagePath), "Error");
     CloseDrive(1);
 }
 
@@ -133,14 +133,14 @@ void formTessel::RefuseVolume() {
 
 void formTessel::BrowseVolume() {
     // A damaged volume is browsed as far as it holds: a failing area does not keep the others away.
-    FirstFailure failure;
-    failure.Try([] { ReadRootDirectory(); });
+    FirstError errors;
+    errors.Try([] { ReadRootDirectory(); });
     ClearDirEntries();
-    failure.Try([this] { OpenDirectory(0); });
+    errors.Try([this] { OpenDirectory(0); });
     SetVolumeOpen(true);
-    if (BootSector.NumberOfFats >= 1) failure.Try([] { ReadFat0(); });
-    if (BootSector.NumberOfFats >= 2) failure.Try([] { ReadFat1(); });
-    failure.RaiseIt();
+    if (BootSector.NumberOfFats >= 1) errors.Try([] { ReadFat0(); });
+    if (BootSector.NumberOfFats >= 2) errors.Try([] { ReadFat1(); });
+    errors.RethrowFirst();
 }
 
 void formTessel::mnuClose_Click() {

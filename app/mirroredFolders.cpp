@@ -5,8 +5,8 @@
 
 #include "platform/host.h"
 #include "platform/hostFiles.h"
+#include "volume/errorReports.h"
 #include "volume/extraction.h"
-#include "volume/failureReports.h"
 
 namespace tessel {
 
@@ -60,10 +60,10 @@ bool MirroredFolders::HoldsLink() const {
 bool MirroredFolders::Save(Long row, const std::string& path) {
     if (!Entered && HoldsLink()) {
         // The link stands in the way of every file: telling of it once is enough.
-        if (!std::exchange(LinkTold, true)) {
+        if (!std::exchange(LinkReported, true)) {
             const RuntimeError refused(kFileAlreadyExists, kProjectName,
                                        ErrorText(kFileAlreadyExists));
-            TheHost.MessageBox(OpenFailureReport(refused, path), "Error");
+            TheHost.MessageBox(OpenErrorReport(refused, path), "Error");
         }
         return false;
     }

@@ -32,7 +32,7 @@ class MirroredFolders {
 
     std::string Chosen;
     std::vector<std::string> Folders;  // full paths, outermost first
-    bool LinkTold = false;
+    bool LinkReported = false;
     bool Entered = false;
 };
 

@@ -38,7 +38,7 @@ class PartWriter {
     /// Takes `part` and leaves some other text in its place. Raises what writing the part before it
     /// raised.
     void Write(std::string& part) {
-        Turns.Take();
+        Events.Process();
         Finish();
         Shown.Show(Taken);
         Held.swap(part);
@@ -53,7 +53,7 @@ class PartWriter {
     /// Returns when all is written. Raises what writing raised.
     void Finish() {
         if (!Written.valid()) return;
-        while (Written.wait_for(kWait) == std::future_status::timeout) Turns.Take();
+        while (Written.wait_for(kWait) == std::future_status::timeout) Events.Process();
         Written.get();
     }
 
@@ -63,7 +63,7 @@ class PartWriter {
 
     void PutHeld() { Put({reinterpret_cast<const Byte*>(Held.data()), Held.size()}); }
 
-    EventTurns Turns;
+    EventPump Events;
     Progress Shown;
     std::int64_t Taken = 0;
     std::function<void(std::span<const Byte>)> Put;

@@ -114,7 +114,7 @@ struct Opened {
     tessel::ListBox& List() { return Window.Form.listDIR; }
 
     std::ostringstream Out;
-    tessel::DeskSettings Settings;
+    tessel::ScriptSettings Settings;
     tessel::Script Window;
 };
 
@@ -163,7 +163,7 @@ void WalkChain(benchmark::State& state) {
     Opened opened(TheFolder().Write("full.img", FullTables));
     for (auto _ : state) {
         const tessel::ClusterChain chain(2);
-        benchmark::DoNotOptimize(chain.LapBytes());
+        benchmark::DoNotOptimize(chain.DistinctBytes());
     }
     state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations()) * 65517);
 }

@@ -29,9 +29,9 @@ dialogGetDirectory::dialogGetDirectory() {
     Form.Top = 3000;
     Form.Left = 3000;
     driveDriveBox.Name = "driveDriveBox";
-    driveDriveBox.At = {120, 240, 5775, 315};
+    driveDriveBox.Bounds = {120, 240, 5775, 315};
     dirDirBox.Name = "dirDirBox";
-    dirDirBox.At = {120, 600, 5775, 3690};
+    dirDirBox.Bounds = {120, 600, 5775, 3690};
 
     driveDriveBox.Change = [this] { driveDriveBox_Change(); };
     dirDirBox.Change = [this] { dirDirBox_Change(); };

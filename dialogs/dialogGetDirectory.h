@@ -27,11 +27,12 @@ struct dialogGetDirectory {
     void Form_Unload();
 
     Window Form;  ///< 7440 x 5100 twips, neither resizable nor in the task bar
-    Button OKButton{.Name = "OKButton", .Caption = "OK", .At = {6120, 480, 1215, 375}};
-    Button CancelButton{.Name = "CancelButton", .Caption = "Cancel", .At = {6120, 1320, 1215, 375}};
+    Button OKButton{.Name = "OKButton", .Caption = "OK", .Bounds = {6120, 480, 1215, 375}};
+    Button CancelButton{
+        .Name = "CancelButton", .Caption = "Cancel", .Bounds = {6120, 1320, 1215, 375}};
     DriveList driveDriveBox;
     FolderList dirDirBox;
-    TextBox txtDirName{.Name = "txtDirName", .At = {120, 4440, 7215, 375}};
+    TextBox txtDirName{.Name = "txtDirName", .Bounds = {120, 4440, 7215, 375}};
 
   private:
     void InitDirectoryLists();

@@ -11,7 +11,7 @@
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     std::vector<std::string> words(argv + 1, argv + argc);
-    tessel::DeskSettings settings;
+    tessel::ScriptSettings settings;
     if (words.size() >= 2 && words[0] == "--settings") {
         settings.Load(std::filesystem::absolute(words[1]).string());
         words.erase(words.begin(), words.begin() + 2);
@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
 
     const auto script = std::make_unique<tessel::Script>(std::cout, std::cerr, settings);
     bool good = true;
-    for (std::size_t i = 0; good && i < words.size() && !script->Desk.Ended; ++i) {
+    for (std::size_t i = 0; good && i < words.size() && !script->Desktop.Ended; ++i) {
         std::ifstream file(files[i]);
         good = file.is_open();
         if (!good) std::cerr << "tessel-drive: cannot read " << words[i] << '\n';

@@ -39,11 +39,11 @@ std::vector<Button*> Buttons(formTessel& form) {
 
 }  // namespace
 
-Script::Script(std::ostream& out, std::ostream& errors, DeskSettings& settings)
-    : Desk(Form, settings,
-           [&out](const std::string& title, const std::string& text) {
-               out << "box\t" << OnOneLine(title) << '\t' << OnOneLine(text) << '\n';
-           }),
+Script::Script(std::ostream& out, std::ostream& errors, ScriptSettings& settings)
+    : Desktop(Form, settings,
+              [&out](const std::string& title, const std::string& text) {
+                  out << "box\t" << OnOneLine(title) << '\t' << OnOneLine(text) << '\n';
+              }),
       Out(out),
       Errors(errors) {
     Form.Form_Load();
@@ -52,7 +52,7 @@ Script::Script(std::ostream& out, std::ostream& errors, DeskSettings& settings)
 
 bool Script::Run(std::istream& lines) {
     std::string line;
-    while (!Desk.Ended && std::getline(lines, line)) {
+    while (!Desktop.Ended && std::getline(lines, line)) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
         if (!RunLine(line)) return false;
     }
@@ -73,15 +73,15 @@ bool Script::RunLine(const std::string& line) {
     try {
         bool known = true;
         if (verb == "file")
-            Desk.Files.push_back(answer);
+            Desktop.Files.push_back(answer);
         else if (verb == "input")
-            Desk.Inputs.push_back(answer);
+            Desktop.Inputs.push_back(answer);
         else if (verb == "folder" && answer)
-            Desk.Folders.push_back({FolderAnswer::How::kOk, rest});
+            Desktop.Folders.push_back({FolderAnswer::How::kOk, rest});
         else if (verb == "folder")
-            Desk.Folders.push_back({FolderAnswer::How::kCancel, ""});
+            Desktop.Folders.push_back({FolderAnswer::How::kCancel, ""});
         else if (line == "folder-close")
-            Desk.Folders.push_back({FolderAnswer::How::kCloseBox, ""});
+            Desktop.Folders.push_back({FolderAnswer::How::kCloseBox, ""});
         else if (verb == "menu")
             known = ChooseMenu(rest);
         else if (verb == "press")
@@ -89,7 +89,7 @@ bool Script::RunLine(const std::string& line) {
         else if (verb == "choose")
             known = ChooseOption(rest);
         else if (verb == "stop-at")
-            known = ParseCount(rest, Desk.StopAt);
+            known = ParseCount(rest, Desktop.StopAt);
         else if (verb == "show")
             known = Show(rest);
         else if (line == "clock")
@@ -192,7 +192,7 @@ void Script::ShowEnabled() {
 }
 
 void Script::ShowDialog() {
-    const CommonDialog dialog = Desk.LastDialog.value_or(CommonDialog{});
+    const CommonDialog dialog = Desktop.LastDialog.value_or(CommonDialog{});
     Out << "title\t" << dialog.Title << '\n'
         << "filter\t" << dialog.Filter << '\n'
         << "defaultExtension\t" << dialog.DefaultExt << '\n'

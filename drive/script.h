@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string>
 
-#include "drive/desk.h"
+#include "drive/scriptedDesktop.h"
 
 namespace tessel {
 
@@ -14,7 +14,7 @@ namespace tessel {
 /// that begin with "#" are passed over.
 class Script {
   public:
-    Script(std::ostream& out, std::ostream& errors, DeskSettings& settings);
+    Script(std::ostream& out, std::ostream& errors, ScriptSettings& settings);
 
     /// Runs lines until the stream or the program ends. False after a line that is not a command, a
     /// file dialog that no answer was queued for, or a line number outside the list; a line on the
@@ -26,7 +26,7 @@ class Script {
     void Finish() { Form.Form_Unload(); }
 
     formTessel Form;
-    ScriptedDesk Desk;
+    ScriptedDesktop Desktop;
 
   private:
     bool Refuse(const std::string& line, const std::string& why);

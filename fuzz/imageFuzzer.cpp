@@ -5,7 +5,7 @@
 #include <string>
 
 #include "fuzz/memoryHost.h"
-#include "fuzz/visitor.h"
+#include "fuzz/userSimulator.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::uint32_t offset = head[1] | head[2] * 256U | head[3] * 65536U;
     const std::size_t first = rest.size() * (head[4] + 1U) / 256;
 
-    Visitor visitor;
+    UserSimulator user;
     const std::string folder = memory::kImages;
     memory::PutImage(
         folder + "/one.img", rest.first(first),
@@ -33,16 +33,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     memory::PutImage(folder + "/two.img", rest.subspan(first));
 
     if (offset != 0) {
-        visitor.Do("input " + std::to_string(offset) + (head[0] & kInKilobytes ? "k" : ""));
-        visitor.Do("menu Offset");
+        user.Do("input " + std::to_string(offset) + (head[0] & kInKilobytes ? "k" : ""));
+        user.Do("menu Offset");
     }
-    visitor.Open(folder + "/one.img");
-    visitor.LookAround();
-    if (head[0] & kCloseBetween) visitor.Do("menu Close");
+    user.Open(folder + "/one.img");
+    user.TryEverything();
+    if (head[0] & kCloseBetween) user.Do("menu Close");
     if (first < rest.size()) {
-        visitor.Open(folder + "/two.img");
-        visitor.LookAround();
+        user.Open(folder + "/two.img");
+        user.TryEverything();
     }
-    visitor.Do("menu Close");
+    user.Do("menu Close");
     return 0;
 }

@@ -77,7 +77,7 @@ void PutImage(const std::string& path, std::span<const Byte> bytes, std::int64_t
     TheMemory.Images[path] = {bytes, failsFrom};
 }
 
-const std::set<std::string>& Made() { return TheMemory.Made; }
+const std::set<std::string>& CreatedPaths() { return TheMemory.Made; }
 std::int64_t BytesWritten() { return TheMemory.Written; }
 
 }  // namespace memory

@@ -25,7 +25,7 @@ void PutImage(const std::string& path, std::span<const Byte> bytes,
               std::int64_t failsFrom = INT64_MAX);
 
 /// The paths of the files and folders that the program made.
-const std::set<std::string>& Made();
+const std::set<std::string>& CreatedPaths();
 /// How many bytes it wrote.
 std::int64_t BytesWritten();
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fuzz/memoryHost.h"
-#include "fuzz/visitor.h"
+#include "fuzz/userSimulator.h"
 #include "tests/imageBuilder.h"
 
 namespace {
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     using namespace tessel;
     static const images::Bytes sound = Disk(true);
     static const images::Bytes knotted = Disk(false);
-    Visitor visitor(true);
+    UserSimulator user(true);
     memory::PutImage(std::string(memory::kImages) + "/disk.img", sound);
     memory::PutImage(std::string(memory::kImages) + "/knot.img", knotted);
 
@@ -47,8 +47,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::string line;
     for (int i = 0; i < kMostLines && std::getline(script, line); ++i) {
         if (line == "clock") continue;  // it tells the time on standard error
-        visitor.Do(line);
-        if (visitor.Ended()) break;
+        user.Do(line);
+        if (user.Ended()) break;
     }
     return 0;
 }

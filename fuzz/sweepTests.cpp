@@ -3,10 +3,10 @@
 #include <ctime>
 
 #include "fuzz/memoryHost.h"
-#include "fuzz/visitor.h"
+#include "fuzz/userSimulator.h"
 #include "tests/imageBuilder.h"
 
-/// A small disk, damaged in every place in turn. The visitor holds the window against what must
+/// A small disk, damaged in every place in turn. The user holds the window against what must
 /// always be true; here each visit is held against its bounds.
 namespace tessel {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 using images::Bytes;
 
 constexpr double kMostSeconds = 1;
-/// The visitor saves a few files and texts: a claim of two gigabytes is stopped long before.
+/// The user saves a few files and texts: a claim of two gigabytes is stopped long before.
 constexpr std::int64_t kMostWritten = 256 << 20;
 
 /// Boot sector, FAT, directory and data of a sector or two each: what is wrong with one byte of a
@@ -37,12 +37,12 @@ Bytes SmallDisk() {
 /// Opens the disk, looks at everything, and closes it; whether all bounds held.
 ::testing::AssertionResult Survives(const Bytes& disk) {
     const std::clock_t start = std::clock();
-    Visitor visitor;
+    UserSimulator user;
     const std::string path = std::string(memory::kImages) + "/disk.img";
     memory::PutImage(path, disk);
-    visitor.Open(path);
-    visitor.LookAround();
-    visitor.Do("menu Close");
+    user.Open(path);
+    user.TryEverything();
+    user.Do("menu Close");
     const double taken = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     if (taken > kMostSeconds) return ::testing::AssertionFailure() << taken << " s";
     const std::int64_t written = memory::BytesWritten();

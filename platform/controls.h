@@ -15,12 +15,12 @@
 namespace tessel {
 
 /// Where a control stands inside its window. All four are twips (1/1440 inch, 15 a logical pixel).
-struct Place {
+struct ControlBounds {
     int Left = 0;
     int Top = 0;
     int Width = 0;
     int Height = 0;
-    bool operator==(const Place&) const = default;
+    bool operator==(const ControlBounds&) const = default;
 };
 
 inline constexpr int kTwipsPerPixel = 15;
@@ -35,12 +35,12 @@ inline void RaiseEvent(const std::function<void()>& handler) {
 struct Frame {
     std::string Name{};
     std::string Caption{};
-    Place At{};
+    ControlBounds Bounds{};
 };
 
 struct Label {
     std::string Name{};
-    Place At{};
+    ControlBounds Bounds{};
     Property<std::string> Caption{};
     Property<TextColour> Colour{};
 };
@@ -48,7 +48,7 @@ struct Label {
 struct Button {
     std::string Name{};
     std::string Caption{};
-    Place At{};
+    ControlBounds Bounds{};
     Property<bool> Enabled{true};
     std::function<void()> Click{};
 
@@ -62,7 +62,7 @@ struct Button {
 struct OptionButton {
     std::string Name{};
     std::string Caption{};
-    Place At{};
+    ControlBounds Bounds{};
     Property<bool> Enabled{true};
     Property<bool> Value{};
     std::function<void()> Click{};
@@ -79,7 +79,7 @@ struct OptionButton {
 class ListBox {
   public:
     std::string Name{};
-    Property<Place> At{};
+    Property<ControlBounds> Bounds{};
     Property<bool> Enabled{true};
     std::function<void()> Click{};     ///< a line was selected
     std::function<void()> DblClick{};  ///< a line was double-clicked; its Click has already run
@@ -120,13 +120,13 @@ class ListBox {
 /// The rich-text display: its text, and where it stands.
 struct DisplayBox {
     std::string Name{};
-    Property<Place> At{};
+    Property<ControlBounds> Bounds{};
     TextDisplay Text;
 };
 
 struct TextBox {
     std::string Name{};
-    Place At{};
+    ControlBounds Bounds{};
     Property<std::string> Text{};  ///< shown and typed into
 };
 
@@ -155,7 +155,7 @@ struct Menu {
 class DriveList {
   public:
     std::string Name{};
-    Place At{};
+    ControlBounds Bounds{};
     std::function<void()> Change{};
 
     const std::string& Drive() const { return Chosen; }
@@ -173,7 +173,7 @@ class DriveList {
 class FolderList {
   public:
     std::string Name{};
-    Place At{};
+    ControlBounds Bounds{};
     std::function<void()> Change{};
 
     const std::string& Path() const { return Chosen; }

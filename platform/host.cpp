@@ -13,7 +13,7 @@ Progress* Innermost = nullptr;
 
 }  // namespace
 
-void EventTurns::Take() {
+void EventPump::Process() {
     using namespace std::chrono;
     const auto now = steady_clock::now();
     if (Last != steady_clock::time_point{} && now - Last < milliseconds(8)) return;

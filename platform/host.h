@@ -76,9 +76,9 @@ extern Host TheHost;
 
 /// Lets events in during a long operation: the first time it is asked, and then about every 8 ms,
 /// so that a window answers at once and an event turn costs nothing between.
-class EventTurns {
+class EventPump {
   public:
-    void Take();
+    void Process();
 
   private:
     std::chrono::steady_clock::time_point Last{};

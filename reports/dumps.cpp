@@ -70,7 +70,7 @@ void DumpRootDirectory(TextDisplay& display) {
 std::string DumpFat0() {
     const Long clusters = Drives[1].ClusterCount;
     const Long bits = FatTypeOf(clusters);
-    const Long held = FatEntriesHeld(Fat0Bytes, bits);
+    const Long held = WholeFatEntries(Fat0Bytes, bits);
     std::string text;
     for (Long i = 0; i < clusters; ++i) {
         if (i >= held) {

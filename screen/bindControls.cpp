@@ -105,7 +105,7 @@ QString ToQt(const std::string& text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-QRect ToPixels(const Place& place) {
+QRect ToPixels(const ControlBounds& place) {
     return {place.Left / kTwipsPerPixel, place.Top / kTwipsPerPixel, place.Width / kTwipsPerPixel,
             place.Height / kTwipsPerPixel};
 }
@@ -122,19 +122,19 @@ QFont CaptionFont(const QString& caption, int room) {
     return font;
 }
 
-void FocusReturn::SetEnabled(QWidget& widget, bool enabled) {
+void FocusRestorer::SetEnabled(QWidget& widget, bool enabled) {
     QWidget* const before = widget.window()->focusWidget();
     widget.setEnabled(enabled);
     if (!enabled && before == &widget) {
         if (!Lost) Lost = &widget;
         // The toolkit puts the keyboard somewhere else, which may be disabled next.
-        Refuge = widget.window()->focusWidget();
+        Fallback = widget.window()->focusWidget();
     }
     if (!enabled || Lost != &widget) return;
     // A person who has gone somewhere else in the meantime stays there.
-    const bool moved = Refuge && before != nullptr && before != Refuge && before->isEnabled();
+    const bool moved = Fallback && before != nullptr && before != Fallback && before->isEnabled();
     Lost = nullptr;
-    Refuge = nullptr;
+    Fallback = nullptr;
     if (!moved) widget.setFocus(Qt::OtherFocusReason);
 }
 
@@ -150,14 +150,14 @@ void EnterButton::keyPressEvent(QKeyEvent* event) {
 QWidget* BindFrame(const Frame& frame, QWidget* parent) {
     auto* box = new FrameView(ToQt(frame.Caption), parent);
     box->setFont(CaptionFont());
-    box->setGeometry(ToPixels(frame.At));
+    box->setGeometry(ToPixels(frame.Bounds));
     return box;
 }
 
 QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent) {
     auto* view = new LabelView(label, parent);
     view->setFont(CaptionFont());
-    view->setGeometry(ToPixels(label.At));
+    view->setGeometry(ToPixels(label.Bounds));
     view->setAccessibleDescription(meaning);
     label.Caption.Observe([view](const std::string& caption) { view->Follow(caption); });
     label.Colour.Observe([view](TextColour) { view->update(); });
@@ -167,7 +167,7 @@ QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent) {
 EnterButton* BindButton(Button& button, QWidget* parent) {
     const QString caption = ToQt(button.Caption);
     auto* view = new EnterButton(caption, parent);
-    view->setGeometry(ToPixels(button.At));
+    view->setGeometry(ToPixels(button.Bounds));
     view->setFont(CaptionFont(caption, view->width() - 6));
     view->setAutoDefault(false);
     QObject::connect(view, &QPushButton::clicked, view, [&button] { button.Press(); });
@@ -178,7 +178,7 @@ EnterButton* BindButton(Button& button, QWidget* parent) {
 OptionView* BindOptionButton(OptionButton& option, QWidget* parent) {
     const QString caption = ToQt(option.Caption);
     auto* view = new OptionView(caption, parent);
-    view->setGeometry(ToPixels(option.At));
+    view->setGeometry(ToPixels(option.Bounds));
     const int mark = OptionView::kMarkPixels + OptionView::kMarkSpacing;
     view->setFont(CaptionFont(caption, view->width() - mark));
     QObject::connect(view, &QRadioButton::clicked, view, [&option, view] {
@@ -192,7 +192,7 @@ OptionView* BindOptionButton(OptionButton& option, QWidget* parent) {
 
 QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent) {
     auto* view = new QLineEdit(parent);
-    view->setGeometry(ToPixels(box.At));
+    view->setGeometry(ToPixels(box.Bounds));
     view->setFont(CaptionFont());
     view->setAccessibleName(meaning);
     box.Text.Observe([view](const std::string& text) {

@@ -20,7 +20,7 @@ namespace tessel {
 QString ToQt(const std::string& text);
 
 /// 15 twips are one logical pixel.
-QRect ToPixels(const Place& place);
+QRect ToPixels(const ControlBounds& place);
 
 /// The font of captions, 8.25 points of the size that the places were drawn for; smaller when
 /// `caption` would not fit into `room` logical pixels.
@@ -28,7 +28,7 @@ QFont CaptionFont(const QString& caption = {}, int room = 0);
 
 /// Gives the keyboard back to the control that lost it by being disabled, once it is enabled again:
 /// a person who holds an arrow key in the list stays in the list while views come and go.
-class FocusReturn {
+class FocusRestorer {
   public:
     void SetEnabled(QWidget& widget, bool enabled);
     /// The keyboard goes to `widget` when it is enabled for the first time.
@@ -36,7 +36,7 @@ class FocusReturn {
 
   private:
     QPointer<QWidget> Lost;
-    QPointer<QWidget> Refuge;  // where the toolkit put the keyboard then
+    QPointer<QWidget> Fallback;  // where the toolkit put the keyboard then
 };
 
 /// A push button that also Enter presses while it has the keyboard.

@@ -183,7 +183,7 @@ ListView* BindListBox(ListBox& list, const QString& meaning, QWidget* parent) {
     auto* view = new ListView(list, parent);
     view->setFont(DisplayFont().Font());
     view->setAccessibleName(meaning);
-    list.At.Observe([view](const Place& at) { view->setGeometry(ToPixels(at)); });
+    list.Bounds.Observe([view](const ControlBounds& at) { view->setGeometry(ToPixels(at)); });
     list.Enabled.Observe([view](bool enabled) { view->setEnabled(enabled); });
     return view;
 }
@@ -267,14 +267,14 @@ void FolderView::keyPressEvent(QKeyEvent* event) {
 
 FolderView* BindFolderList(FolderList& folders, QWidget* parent) {
     auto* view = new FolderView(folders, parent);
-    view->setGeometry(ToPixels(folders.At));
+    view->setGeometry(ToPixels(folders.Bounds));
     view->setFont(CaptionFont());
     return view;
 }
 
 QComboBox* BindDriveList(DriveList& drives, QWidget* parent) {
     auto* view = new QComboBox(parent);
-    view->setGeometry(ToPixels(drives.At));
+    view->setGeometry(ToPixels(drives.Bounds));
     view->setFont(CaptionFont());
     view->setAccessibleName("Drive list");
     const auto follow = [&drives, view] {

@@ -11,7 +11,7 @@
 #include "dialogs/dialogGetDirectory.h"
 #include "screen/bindControls.h"
 #include "screen/bindLists.h"
-#include "screen/hostDesk.h"
+#include "screen/qtHost.h"
 
 namespace tessel {
 namespace {
@@ -54,7 +54,7 @@ ChooserScreen::ChooserScreen(dialogGetDirectory& chooser, QWidget* parent)
 }
 
 void ChooserScreen::ShowModal() {
-    const PointerPause pause;
+    const NormalPointerScope pause;
     FillDriveList(Chooser.driveDriveBox, *Drives);
     Folders->Follow();
     move(OnScreen({ToPixel(Chooser.Form.Left), ToPixel(Chooser.Form.Top)}, size()));
@@ -68,7 +68,7 @@ void ChooserScreen::closeEvent(QCloseEvent* event) {
     RaiseEvent(Chooser.Form.CloseBox);
 }
 
-void ChooserScreen::TakePlace() {
+void ChooserScreen::FollowPosition() {
     if (!isVisible() || !Chooser.Form.Normal) return;
     Chooser.Form.Left = static_cast<float>(x() * kTwipsPerPixel);
     Chooser.Form.Top = static_cast<float>(y() * kTwipsPerPixel);
@@ -76,7 +76,7 @@ void ChooserScreen::TakePlace() {
 
 void ChooserScreen::moveEvent(QMoveEvent* event) {
     QDialog::moveEvent(event);
-    TakePlace();
+    FollowPosition();
 }
 
 void ChooserScreen::changeEvent(QEvent* event) {

@@ -25,7 +25,7 @@ class ChooserScreen : public QDialog {
     void changeEvent(QEvent* event) override;
 
   private:
-    void TakePlace();
+    void FollowPosition();
 
     dialogGetDirectory& Chooser;
     QComboBox* Drives;

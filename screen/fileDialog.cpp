@@ -10,7 +10,7 @@
 
 #include "platform/hostFiles.h"
 #include "screen/bindControls.h"
-#include "screen/hostDesk.h"
+#include "screen/qtHost.h"
 
 namespace tessel {
 namespace {
@@ -58,7 +58,7 @@ QString WithExtension(const QString& path, const CommonDialog& dialog, bool savi
 void Refuse(const QString& path, const char* why, const QString& title) {
     QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Ok, DialogOwner());
     box.setTextFormat(Qt::PlainText);
-    box.setText(Breakable(QDir::toNativeSeparators(path)) + '\n' + why);
+    box.setText(BreakLongWords(QDir::toNativeSeparators(path)) + '\n' + why);
     box.exec();
 }
 
@@ -66,7 +66,7 @@ bool MayOverwrite(const QString& path, const QString& title) {
     QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Yes | QMessageBox::No,
                     DialogOwner());
     box.setTextFormat(Qt::PlainText);
-    box.setText(Breakable(QDir::toNativeSeparators(path)) +
+    box.setText(BreakLongWords(QDir::toNativeSeparators(path)) +
                 "\nThis file already exists. Do you want to replace it?");
     box.setDefaultButton(QMessageBox::No);
     return box.exec() == QMessageBox::Yes;
@@ -133,7 +133,7 @@ void Prepare(QFileDialog& view, const CommonDialog& dialog, bool saving) {
 
 /// The path that a person chose; empty after Cancel.
 QString Choose(const CommonDialog& dialog, bool saving) {
-    const PointerPause pause;
+    const NormalPointerScope pause;
     QFileDialog view(DialogOwner());
     Prepare(view, dialog, saving);
     TrustTypedPaths(view);

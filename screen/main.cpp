@@ -2,8 +2,8 @@
 #include <QIcon>
 
 #include "app/formTessel.h"
-#include "screen/hostDesk.h"
 #include "screen/mainScreen.h"
+#include "screen/qtHost.h"
 
 namespace {
 

@@ -65,7 +65,7 @@ void MainScreen::MakeControls() {
     DisplayView* const display = Display;
     if (display->accessibleName().isEmpty()) display->setAccessibleName("Display");
     Line = new ProgressLine(Inside);
-    Form.rtfDisplay.At.Observe([display, line = Line](const Place& at) {
+    Form.rtfDisplay.Bounds.Observe([display, line = Line](const ControlBounds& at) {
         const QRect place = ToPixels(at);
         display->setGeometry(place);
         line->setGeometry(place.left(), place.top(), place.width(), ProgressLine::kHeight);

@@ -39,7 +39,7 @@ class MainScreen : public QMainWindow {
     QWidget* Inside;  // what lies below the menu bar
     DisplayView* Display = nullptr;
     ProgressLine* Line = nullptr;
-    FocusReturn Focus;
+    FocusRestorer Focus;
     std::unique_ptr<ChooserScreen> Chooser;
     bool Sized = false;
 };

@@ -44,7 +44,7 @@ void FailReads(const std::string& path, std::size_t from, std::size_t to) {
     TheBadPart = {status.st_ino, static_cast<off_t>(from), static_cast<off_t>(to)};
 }
 
-void HealReads() { TheBadPart = {}; }
+void StopFailingReads() { TheBadPart = {}; }
 
 TesselTest::TesselTest() : Before(fs::current_path()) {
     std::string path = (fs::temp_directory_path() / "tessel-XXXXXX").string();
@@ -57,7 +57,7 @@ TesselTest::TesselTest() : Before(fs::current_path()) {
 }
 
 TesselTest::~TesselTest() {
-    HealReads();
+    StopFailingReads();
     ResetVolume();
     TheHost = {};
     fs::current_path(Before);

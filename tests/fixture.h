@@ -14,7 +14,7 @@ using images::Layout;
 
 /// Makes reads of the file at `path` fail like a bad medium's from byte `from` to before `to`.
 void FailReads(const std::string& path, std::size_t from, std::size_t to = 1 << 30);
-void HealReads();
+void StopFailingReads();
 
 /// A case with a folder of its own as the current one, and every program-wide record as at start.
 class TesselTest : public ::testing::Test {
@@ -53,7 +53,7 @@ class WindowTest : public TesselTest {
     void Restart();
 
     std::ostringstream Out;
-    DeskSettings Settings;
+    ScriptSettings Settings;
     std::unique_ptr<Script> Window;
 };
 

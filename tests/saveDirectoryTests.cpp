@@ -66,10 +66,10 @@ TEST_F(WindowTest, StopEndsSaveDirectory) {
         EXPECT_FALSE(Busy || StopRequested);
     }
     // Inside one, another cannot begin, and closing waits for its end.
-    Window->Desk.OnEvents = [this] { Run("folder @\nmenu Save Directory\nmenu Close"); };
+    Window->Desktop.OnEvents = [this] { Run("folder @\nmenu Save Directory\nmenu Close"); };
     EXPECT_EQ(Run("folder @/out\nmenu Save Directory"), "");
     EXPECT_FALSE(Drives[1].IsOpen);
-    EXPECT_EQ(Window->Desk.Folders.size(), 1U);
+    EXPECT_EQ(Window->Desktop.Folders.size(), 1U);
 }
 
 TEST_F(WindowTest, WhatFailsInSaveDirectoryIsCounted) {
@@ -95,7 +95,7 @@ TEST_F(WindowTest, WhatFailsInSaveDirectoryIsCounted) {
     fs::remove(At("out/disk"));
     // The chosen folder goes away between two files; the one for the image does.
     const auto removeAtTurnSix = [this](const char* name) {
-        Window->Desk.OnEvents = [this, name, turns = 0]() mutable {
+        Window->Desktop.OnEvents = [this, name, turns = 0]() mutable {
             if (++turns == 6) fs::remove_all(At(name));
         };
     };
@@ -106,11 +106,11 @@ TEST_F(WindowTest, WhatFailsInSaveDirectoryIsCounted) {
     EXPECT_EQ(run("out"), "");
     EXPECT_EQ(Show("display"), Told("out/disk/README+ out/disk/BIG.BIN+", 2, 2, 0));
     EXPECT_EQ(Tree("out"), "disk/\ndisk/BIG.BIN\n") << "it was made again";
-    Window->Desk.OnEvents = nullptr;
+    Window->Desktop.OnEvents = nullptr;
     FailReads(At("disk.img"), image.At(2), image.At(3));
     EXPECT_EQ(run("out"), ErrorBox(57, "|Error reading Disk Image @/out/disk/Read me first.txt|"));
     EXPECT_EQ(Show("display"), Told("out/disk/README- out/disk/BIG.BIN+", 2, 1, 1));
-    HealReads();
+    StopFailingReads();
     // The image is cut short, and then its name is gone: what is missing reads as zeros.
     fs::resize_file(At("disk.img"), image.At(24));
     fs::remove(At("disk.img"));

@@ -49,7 +49,7 @@ TEST_F(WindowTest, AFileIsSavedAsItsChainAndSizeSay) {
     for (const Row& row : rows) {
         Write("saved", std::string("what stood here before"));
         Run("select " + std::to_string(++line) + "\nfile @/saved\nmenu Save File");
-        EXPECT_EQ(Window->Desk.LastDialog->FileName, row.Suggested);
+        EXPECT_EQ(Window->Desktop.LastDialog->FileName, row.Suggested);
         EXPECT_TRUE(Same(Read("saved"), row.Content)) << row.Name;
     }
     const auto mayRun = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
@@ -107,7 +107,7 @@ TEST_F(WindowTest, AFailingCopyIsReportedAndLeavesWhatItWrote) {
     FailReads(At("disk.img"), image.At(24) + 10);
     EXPECT_EQ(save("part"), ErrorBox(57, "|Error reading Disk Image @/part|"));
     EXPECT_TRUE(Same(Read("part"), Noise(1034)));
-    HealReads();
+    StopFailingReads();
     // A full disk: no file may grow past 1000 bytes.
     Run("choose Dump");
     rlimit before{};
@@ -276,24 +276,24 @@ TEST_F(WindowTest, TheDisplayIsSavedAsText) {
         "\nflags\t2131974\n");
     EXPECT_TRUE(Same(Read("mixed.txt"), converted + filling + "\r\ng\r\ny\r\n"));
     // Events are let in while it is written; the text is that of its beginning all the same.
-    Window->Desk.OnEvents = [this] { Run("choose File info\nmenu Save Display\nmenu Open"); };
+    Window->Desktop.OnEvents = [this] { Run("choose File info\nmenu Save Display\nmenu Open"); };
     EXPECT_EQ(Run("choose Display\nfile @/again.txt\nmenu Save Display"), "");
     EXPECT_TRUE(Same(Read("again.txt"), Read("mixed.txt")));
     // STOP ends a view begun meanwhile, Close the saving too; it says so, and then closes.
     Run("choose Dump");
     int turns = 0;
-    Window->Desk.OnEvents = [this, &turns] {
+    Window->Desktop.OnEvents = [this, &turns] {
         if (turns++ == 0) Run("stop-at 1\nchoose Display");
     };
     EXPECT_EQ(Run("file @/whole.txt\nmenu Save Display"), "");
-    Window->Desk.OnEvents = nullptr;
+    Window->Desktop.OnEvents = nullptr;
     Run("choose Dump");
     EXPECT_TRUE(Same(Read("whole.txt"), Show("display")));
-    Window->Desk.OnEvents = [this] { Run("menu Close"); };
+    Window->Desktop.OnEvents = [this] { Run("menu Close"); };
     EXPECT_EQ(Run("file @/part.txt\nmenu Save Display"),
               "box\tError\tThe text is not saved to its end:\\r\\n@/part.txt\n");
     EXPECT_FALSE(Drives[1].IsOpen);
-    Window->Desk.OnEvents = nullptr;
+    Window->Desktop.OnEvents = nullptr;
     Run("file @/disk.img\nmenu Open\nselect 1\nfile @/info.txt\nmenu Save Display");
     EXPECT_EQ(Read("info.txt").substr(0, 24), " MIXED   .TXT  Gr\u00FC\u00DFe\r\n");
     for (std::size_t cut = 0; cut <= start.size(); ++cut) {

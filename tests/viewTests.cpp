@@ -145,7 +145,7 @@ TEST_F(ViewTest, StopAndAFailingReadEndAView) {
         for (const std::size_t good : {0U, 7U, 512U, 300001U}) {
             FailReads(At("mounted.img"), image.At(2) + good, image.At(2) + good + 1);
             show();
-            HealReads();
+            StopFailingReads();
             EXPECT_TRUE(Agrees(Text, expected(good))) << good;
         }
         // The image shrinks, and its medium fails, while it is shown.
@@ -160,7 +160,7 @@ TEST_F(ViewTest, StopAndAFailingReadEndAView) {
             EXPECT_LE(Text.LineEnd(line), size);
         }
         for (std::int64_t at = 0; at <= size; at += 5000) EXPECT_LT(Text.LineAt(at), lines);
-        HealReads();
+        StopFailingReads();
     }
 }
 

@@ -102,7 +102,7 @@ TEST_F(VolumeTest, SectorsAndAreasAreAddressed) {
     EXPECT_FALSE(ReadSector(4194303)) << "behind 2 GB with the offset";
     FailReads(At("mounted.img"), 40000, 40001);
     EXPECT_FALSE(ReadSector((40000 - 32256) / 512));
-    HealReads();
+    StopFailingReads();
     Drives[1].SectorsPerTrack = 0;
     EXPECT_EQ(SectorToAddress(700000), 358400000);
     EXPECT_EQ(DiskAddress.Track + DiskAddress.Head + DiskAddress.Sector, 0);
@@ -142,7 +142,7 @@ TEST_F(VolumeTest, ChainsEndAsTheirEntriesSay) {
         for (const Long bits : {12, 16}) {
             const ByteBuffer fat = ByteBuffer(fat12).first(size);
             const auto get = bits == 12 ? GetFat12Entry : GetFat16Entry;
-            const Long held = FatEntriesHeld(fat, bits);
+            const Long held = WholeFatEntries(fat, bits);
             EXPECT_EQ(ErrorOf([&] { get(fat, held - 1); }), held > 0 ? 0 : 9) << size;
             EXPECT_EQ(ErrorOf([&] { get(fat, held); }), 9) << size << " bytes, " << bits;
         }
@@ -169,8 +169,8 @@ TEST_F(VolumeTest, ChainsEndAsTheirEntriesSay) {
         const ClusterChain chain(first);
         std::vector<Long> met;
         for (std::int64_t at = 0; met.size() < 6; at += chain.BytesPerCluster()) {
-            if (!chain.LoopsTo() && at >= chain.LapBytes()) break;
-            met.push_back(chain.At(at).Cluster);
+            if (!chain.LoopTarget() && at >= chain.DistinctBytes()) break;
+            met.push_back(chain.ExtentAt(at).Cluster);
         }
         return met;
     };

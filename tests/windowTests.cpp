@@ -159,9 +159,9 @@ TEST_F(WindowTest, WhileBusyOnlyStopAndTheFileMenuWork) {
     Open(image);
     const std::string cluster = ChainDump({31}, Noise(512));
     std::string seen;
-    Window->Desk.OnEvents = [this, &seen] {
+    Window->Desktop.OnEvents = [this, &seen] {
         if (!seen.empty()) return;
-        EXPECT_TRUE(Busy && Window->Desk.Hourglass);
+        EXPECT_TRUE(Busy && Window->Desktop.Hourglass);
         seen =
             Run("menu Save Directory\nmenu Open\nselect 1\npress Root\nmenu Save File\n"
                 "menu Offset\nfile @/part.txt\nmenu Save Display\nshow enabled");
@@ -172,7 +172,7 @@ TEST_F(WindowTest, WhileBusyOnlyStopAndTheFileMenuWork) {
                   With(kNothingEnabled, "mnuOffset", "off"));
     EXPECT_TRUE(Same(Show("display"), cluster));
     EXPECT_TRUE(Same(Read("part.txt"), cluster)) << "what was shown by then";
-    EXPECT_FALSE(Busy || Window->Desk.Hourglass || Window->Form.cmdABORT.Enabled);
+    EXPECT_FALSE(Busy || Window->Desktop.Hourglass || Window->Form.cmdABORT.Enabled);
     EXPECT_TRUE(Window->Form.listDIR.Enabled);
     Run("choose Display");
     EXPECT_GT(Window->Form.rtfDisplay.Text.Size(), 900 * 512) << "STOP does not last";
@@ -182,19 +182,19 @@ TEST_F(WindowTest, WhileBusyOnlyStopAndTheFileMenuWork) {
         Restart();
         Open(image);
         bool openInside = false;
-        Window->Desk.OnEvents = [&] {
+        Window->Desktop.OnEvents = [&] {
             Run(command);
-            openInside = FileIsOpen(kImageFile) && Drives[1].IsOpen && !Window->Desk.Ended;
+            openInside = FileIsOpen(kImageFile) && Drives[1].IsOpen && !Window->Desktop.Ended;
         };
         EXPECT_EQ(Run("choose Display\nselect 4"), "");
         EXPECT_TRUE(openInside) << command;
-        EXPECT_EQ(Window->Desk.Ended, command != "menu Close");
+        EXPECT_EQ(Window->Desktop.Ended, command != "menu Close");
         EXPECT_EQ(FileIsOpen(kImageFile), command != "menu Close");
         EXPECT_FALSE(Busy);
     }
     Restart();
     Run("menu Exit\nmenu Open");
-    EXPECT_TRUE(Window->Desk.Ended) << "at once when nothing runs";
+    EXPECT_TRUE(Window->Desktop.Ended) << "at once when nothing runs";
 }
 
 }  // namespace

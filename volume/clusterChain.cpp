@@ -55,14 +55,14 @@ void ClusterChain::Add(Long cluster) {
     if (follows) {
         ++ChainRuns.back().Count;
     } else {
-        ChainRuns.push_back({cluster, 1, Lap});
+        ChainRuns.push_back({cluster, 1, Distinct});
     }
-    Lap += PerCluster;
+    Distinct += PerCluster;
 }
 
-ClusterChain::Stretch ClusterChain::At(std::int64_t offset) const {
-    if (LoopStart && offset >= Lap)
-        offset = *LoopStart + (offset - *LoopStart) % (Lap - *LoopStart);
+ClusterChain::Extent ClusterChain::ExtentAt(std::int64_t offset) const {
+    if (LoopStart && offset >= Distinct)
+        offset = *LoopStart + (offset - *LoopStart) % (Distinct - *LoopStart);
     const auto behind =
         std::upper_bound(ChainRuns.begin(), ChainRuns.end(), offset,
                          [](std::int64_t at, const ClusterRun& run) { return at < run.Start; });
@@ -76,8 +76,8 @@ std::int64_t ContentLength(Long row, const ClusterChain& chain) {
     const Long size = DirEntries(row).FileSize;
     const bool sized = IsFile(row) && size >= 0;
     if (chain.BytesPerCluster() == 0) return 0;
-    if (!chain.LoopsTo()) {
-        return sized ? std::min<std::int64_t>(size, chain.LapBytes()) : chain.LapBytes();
+    if (!chain.LoopTarget()) {
+        return sized ? std::min<std::int64_t>(size, chain.DistinctBytes()) : chain.DistinctBytes();
     }
     const std::int64_t clusters = std::max<Long>(1, Drives[1].ClusterCount);
     return sized ? size : clusters * chain.BytesPerCluster();
@@ -86,7 +86,7 @@ std::int64_t ContentLength(Long row, const ClusterChain& chain) {
 std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<Byte> bytes) {
     std::size_t good = 0;
     while (good < bytes.size()) {
-        const auto at = chain.At(offset + static_cast<std::int64_t>(good));
+        const auto at = chain.ExtentAt(offset + static_cast<std::int64_t>(good));
         const auto wanted =
             std::min<std::size_t>(bytes.size() - good, static_cast<std::size_t>(at.Length));
         std::size_t got = 0;
@@ -106,7 +106,7 @@ std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take) {
     using std::chrono::steady_clock;
-    EventTurns turns;
+    EventPump events;
     Progress progress(length);
     std::vector<Byte> buffer;
     std::int64_t piece = chain.BytesPerCluster();
@@ -124,13 +124,13 @@ WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
         if (taken > kLongPiece && piece > chain.BytesPerCluster()) piece /= 2;
         if (at == length) break;
         progress.Show(at);
-        turns.Take();
+        events.Process();
     }
     return WalkEnd::kDone;
 }
 
 void RaiseReadError(const ClusterChain& chain, std::int64_t offset) {
-    const auto at = chain.At(offset);
+    const auto at = chain.ExtentAt(offset);
     Byte byte = 0;
     ReadFile(kImageFile, ClusterOffset(at.Cluster, at.InCluster), {&byte, 1});
     Raise(kDeviceIoError);  // it failed before, and now it does not

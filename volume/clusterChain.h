@@ -28,29 +28,29 @@ class ClusterChain {
     /// Bytes of a cluster when the chain was walked; 0 on a volume whose clusters have no sectors.
     std::int64_t BytesPerCluster() const { return PerCluster; }
     /// Bytes of all clusters once around.
-    std::int64_t LapBytes() const { return Lap; }
+    std::int64_t DistinctBytes() const { return Distinct; }
     /// Where a chain that loops goes on behind its last cluster: bytes from its beginning.
-    std::optional<std::int64_t> LoopsTo() const { return LoopStart; }
+    std::optional<std::int64_t> LoopTarget() const { return LoopStart; }
     /// The runs, once around. A run never crosses cluster 10000, where dump heads grow a digit,
     /// nor the place that a loop returns to.
     const std::vector<ClusterRun>& Runs() const { return ChainRuns; }
 
     /// A place in the chain, `offset` bytes from its beginning: its cluster, the bytes into it, and
     /// the bytes from there on that lie together on the disk.
-    struct Stretch {
+    struct Extent {
         Long Cluster;
         std::int64_t InCluster;
         std::int64_t Length;
     };
-    /// `offset` is 0 or more; below LapBytes when the chain does not loop.
-    Stretch At(std::int64_t offset) const;
+    /// `offset` is 0 or more; below DistinctBytes when the chain does not loop.
+    Extent ExtentAt(std::int64_t offset) const;
 
   private:
     void Add(Long cluster);
 
     std::vector<ClusterRun> ChainRuns;
     std::int64_t PerCluster = 0;
-    std::int64_t Lap = 0;
+    std::int64_t Distinct = 0;
     std::optional<std::int64_t> LoopStart;
 };
 

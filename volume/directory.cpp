@@ -153,8 +153,8 @@ void LoadSubDirectory(Long cluster) {
     if (perCluster == 0) return;
     for (Long n = 0; n < most && DirEntryCount < DirEntryTable::kMostRows; ++n) {
         const std::int64_t at = n * chain.BytesPerCluster();
-        if (!chain.LoopsTo() && at >= chain.LapBytes()) break;
-        const Long visited = chain.At(at).Cluster;
+        if (!chain.LoopTarget() && at >= chain.DistinctBytes()) break;
+        const Long visited = chain.ExtentAt(at).Cluster;
         try {
             AddEntries(visited, perCluster);
         } catch (const RuntimeError& error) {

@@ -104,20 +104,20 @@ char* PutBody(char* to, std::span<const Byte, kLineBytes> bytes) {
 
 DumpText::DumpText(ClusterChain chain) : Source(std::move(chain)) {
     for (const ClusterRun& run : Source.Runs()) {
-        if (Source.LoopsTo() == run.Start) LoopText = LapText;
+        if (Source.LoopTarget() == run.Start) LoopText = DistinctText;
         const std::int64_t line = HeadLength(run.Cluster) + kBody;
-        Segments.push_back({run.Start, LapText, line});
-        LapText += run.Count * Source.BytesPerCluster() / kLineBytes * line;
+        Segments.push_back({run.Start, DistinctText, line});
+        DistinctText += run.Count * Source.BytesPerCluster() / kLineBytes * line;
     }
 }
 
 TextOffset DumpText::TextOf(std::int64_t byte) const {
     TextOffset laps = 0;
-    if (Source.LoopsTo() && byte >= Source.LapBytes()) {
-        const std::int64_t loop = Source.LapBytes() - *Source.LoopsTo();
-        const std::int64_t inLoop = byte - *Source.LoopsTo();
-        laps = inLoop / loop * (LapText - LoopText);
-        byte = *Source.LoopsTo() + inLoop % loop;
+    if (Source.LoopTarget() && byte >= Source.DistinctBytes()) {
+        const std::int64_t loop = Source.DistinctBytes() - *Source.LoopTarget();
+        const std::int64_t inLoop = byte - *Source.LoopTarget();
+        laps = inLoop / loop * (DistinctText - LoopText);
+        byte = *Source.LoopTarget() + inLoop % loop;
     }
     const auto behind = std::upper_bound(
         Segments.begin(), Segments.end(), byte,
@@ -128,9 +128,9 @@ TextOffset DumpText::TextOf(std::int64_t byte) const {
 
 std::int64_t DumpText::ByteOf(TextOffset at) const {
     std::int64_t laps = 0;
-    if (Source.LoopsTo() && at >= LapText) {
-        const TextOffset loop = LapText - LoopText;
-        laps = (at - LoopText) / loop * (Source.LapBytes() - *Source.LoopsTo());
+    if (Source.LoopTarget() && at >= DistinctText) {
+        const TextOffset loop = DistinctText - LoopText;
+        laps = (at - LoopText) / loop * (Source.DistinctBytes() - *Source.LoopTarget());
         at = LoopText + (at - LoopText) % loop;
     }
     const auto behind = std::upper_bound(
@@ -143,7 +143,7 @@ std::int64_t DumpText::ByteOf(TextOffset at) const {
 std::int64_t DumpText::SizeOf(std::int64_t bytes) const {
     const std::int64_t rest = bytes % kLineBytes;
     const TextOffset full = TextOf(bytes - rest);
-    return rest == 0 ? full : full + HeadLength(Source.At(bytes - rest).Cluster) + 3 * rest;
+    return rest == 0 ? full : full + HeadLength(Source.ExtentAt(bytes - rest).Cluster) + 3 * rest;
 }
 
 void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
@@ -155,7 +155,7 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
     char* to = lines.data();
     std::size_t held = 0;
     while (!bytes.empty()) {
-        const ClusterChain::Stretch at = Source.At(first);
+        const ClusterChain::Extent at = Source.ExtentAt(first);
         const LineHead head(at.Cluster);
         std::int64_t inCluster = at.InCluster;
         while (inCluster < Source.BytesPerCluster() && !bytes.empty()) {

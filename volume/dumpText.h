@@ -40,7 +40,7 @@ class DumpText {
 
     ClusterChain Source;
     std::vector<Segment> Segments;  // one a run
-    TextOffset LapText = 0;         // text of the chain once around
+    TextOffset DistinctText = 0;    // text of the chain once around
     TextOffset LoopText = 0;        // where the text of a loop begins
 };
 

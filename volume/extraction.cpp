@@ -7,7 +7,7 @@
 #include "platform/numberedFiles.h"
 #include "volume/clusterChain.h"
 #include "volume/directory.h"
-#include "volume/failureReports.h"
+#include "volume/errorReports.h"
 #include "volume/volumeState.h"
 
 namespace tessel {
@@ -50,7 +50,8 @@ WalkEnd CopyChain(Long row, const ClusterChain& chain, std::int64_t& written) {
     });
 }
 
-std::string ReadFailure(const ClusterChain& chain, std::int64_t offset, const std::string& path) {
+std::string ReadErrorReport(const ClusterChain& chain, std::int64_t offset,
+                            const std::string& path) {
     try {
         RaiseReadError(chain, offset);
     } catch (const RuntimeError& error) {
@@ -76,7 +77,7 @@ void RefuseFilesInUse(const std::string& path) {
 
 }  // namespace
 
-void ClearTheWay(const std::string& path) {
+void DeleteExistingFile(const std::string& path) {
     RefuseFilesInUse(path);
     if (VisibleFileExists(path)) DeleteFile(path);
 }
@@ -88,14 +89,14 @@ bool SaveEntryToFile(Long row, const std::string& path) {
         try {
             RefuseFilesInUse(path);
         } catch (const RuntimeError& error) {
-            Report(OpenFailureReport(error, path));
+            Report(OpenErrorReport(error, path));
             return false;
         }
         if (VisibleFileExists(path)) DeleteFile(path);
         try {
             OpenForWriting(kTargetFile, path);
         } catch (const RuntimeError& error) {
-            Report(OpenFailureReport(error, path));
+            Report(OpenErrorReport(error, path));
             return false;
         }
     }
@@ -109,7 +110,7 @@ bool SaveEntryToFile(Long row, const std::string& path) {
     try {
         if (chain) {
             const WalkEnd end = CopyChain(row, *chain, written);
-            if (end == WalkEnd::kReadFailed) Report(ReadFailure(*chain, written, path));
+            if (end == WalkEnd::kReadFailed) Report(ReadErrorReport(*chain, written, path));
             if (end != WalkEnd::kDone) return false;
         }
         CloseFile(kTargetFile);

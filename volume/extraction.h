@@ -17,6 +17,6 @@ bool SaveEntryToFile(Long row, const std::string& path);
 
 /// Deletes the visible file at `path`, if one is there. Raises 55 when it is the image, or a file
 /// being written, under whatever name; and what DeleteFile raises.
-void ClearTheWay(const std::string& path);
+void DeleteExistingFile(const std::string& path);
 
 }  // namespace tessel

@@ -13,7 +13,7 @@ Long GetFat16Entry(ByteBuffer fat, Long cluster) {
     return GetWideWord(fat, CheckedLong(std::int64_t{cluster} * 2));
 }
 
-Long FatEntriesHeld(ByteBuffer fat, Long bits) {
+Long WholeFatEntries(ByteBuffer fat, Long bits) {
     const auto bytes = static_cast<std::int64_t>(fat.size());
     if (bits == 16) return CheckedLong(bytes / 2);
     if (bytes < 2) return 0;
@@ -25,7 +25,7 @@ Long FatEntriesHeld(ByteBuffer fat, Long bits) {
 Long NextCluster(Long cluster) {
     if (FatType != 12 && FatType != 16) return 0;
     const bool outside = cluster < 0 || cluster >= Drives[1].ClusterCount ||
-                         cluster >= FatEntriesHeld(Fat0Bytes, FatType);
+                         cluster >= WholeFatEntries(Fat0Bytes, FatType);
     if (outside) return FatEndMark;
     return FatType == 12 ? GetFat12Entry(Fat0Bytes, cluster) : GetFat16Entry(Fat0Bytes, cluster);
 }

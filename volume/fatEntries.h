@@ -11,7 +11,7 @@ Long GetFat12Entry(ByteBuffer fat, Long cluster);
 /// The 16-bit entry of a cluster, in a FAT of any length. Raises 9 outside the FAT.
 Long GetFat16Entry(ByteBuffer fat, Long cluster);
 /// How many whole entries of 12 or 16 bits `fat` holds.
-Long FatEntriesHeld(ByteBuffer fat, Long bits);
+Long WholeFatEntries(ByteBuffer fat, Long bits);
 
 /// The next cluster of a chain, or FatEndMark. A cluster at or beyond ClusterCount, and one whose
 /// entry lies beyond what the image holds of the first FAT, ends the chain. 0 for a FAT type other

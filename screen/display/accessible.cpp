@@ -65,26 +65,28 @@ class DisplayAccessible : public QAccessibleWidget, public QAccessibleTextInterf
     }
 
     QString text(QAccessible::Text kind) const override {
-        if (kind == QAccessible::Value) return View.InSight().Text;
+        if (kind == QAccessible::Value) return View.ReadVisibleText().Text;
         return QAccessibleWidget::text(kind);
     }
 
-    int characterCount() const override { return static_cast<int>(View.InSight().Text.size()); }
+    int characterCount() const override {
+        return static_cast<int>(View.ReadVisibleText().Text.size());
+    }
 
     QString text(int start, int end) const override {
-        return View.InSight().Text.mid(start, end - start);
+        return View.ReadVisibleText().Text.mid(start, end - start);
     }
 
     // The toolkit's own answers to these three never return for a place at the end of the text.
     QString textAtOffset(int offset, QAccessible::TextBoundaryType type, int* start,
                          int* end) const override {
-        const QString text = View.InSight().Text;
+        const QString text = View.ReadVisibleText().Text;
         return Cut(text, PartAt(text, offset, type), start, end);
     }
 
     QString textBeforeOffset(int offset, QAccessible::TextBoundaryType type, int* start,
                              int* end) const override {
-        const QString text = View.InSight().Text;
+        const QString text = View.ReadVisibleText().Text;
         const Part here = PartAt(text, offset, type);
         const Part before = here.Start > 0 ? PartAt(text, here.Start - 1, type) : Part{0, 0};
         return Cut(text, before, start, end);
@@ -92,13 +94,13 @@ class DisplayAccessible : public QAccessibleWidget, public QAccessibleTextInterf
 
     QString textAfterOffset(int offset, QAccessible::TextBoundaryType type, int* start,
                             int* end) const override {
-        const QString text = View.InSight().Text;
+        const QString text = View.ReadVisibleText().Text;
         const auto size = static_cast<int>(text.size());
         const int behind = PartAt(text, offset, type).End;
         return Cut(text, behind < size ? PartAt(text, behind, type) : Part{size, size}, start, end);
     }
 
-    int cursorPosition() const override { return View.InSight().UnitOf(View.Caret()); }
+    int cursorPosition() const override { return View.ReadVisibleText().UnitOf(View.Caret()); }
 
     void setCursorPosition(int position) override {
         const TextOffset at = PlaceOf(position);
@@ -108,7 +110,7 @@ class DisplayAccessible : public QAccessibleWidget, public QAccessibleTextInterf
     void selection(int index, int* start, int* end) const override {
         *start = *end = 0;
         if (index != 0) return;
-        const DisplayWindow window = View.InSight();
+        const VisibleText window = View.ReadVisibleText();
         *start = window.UnitOf(std::min(View.Anchor(), View.Caret()));
         *end = window.UnitOf(std::max(View.Anchor(), View.Caret()));
     }
@@ -133,7 +135,7 @@ class DisplayAccessible : public QAccessibleWidget, public QAccessibleTextInterf
     int offsetAtPoint(const QPoint& point) const override {
         const QPoint inside = View.viewport()->mapFromGlobal(point);
         if (!View.viewport()->rect().contains(inside)) return -1;
-        return View.InSight().UnitOf(View.PlaceAt(inside, true));
+        return View.ReadVisibleText().UnitOf(View.OffsetAt(inside, true));
     }
 
     // What can be named is in sight.
@@ -147,9 +149,9 @@ class DisplayAccessible : public QAccessibleWidget, public QAccessibleTextInterf
 
   private:
     TextOffset PlaceOf(int unit) const {
-        const DisplayWindow window = View.InSight();
-        const auto last = static_cast<int>(window.Places.size()) - 1;
-        return window.Places[static_cast<std::size_t>(std::clamp(unit, 0, last))];
+        const VisibleText window = View.ReadVisibleText();
+        const auto last = static_cast<int>(window.Offsets.size()) - 1;
+        return window.Offsets[static_cast<std::size_t>(std::clamp(unit, 0, last))];
     }
 
     DisplayView& View;
@@ -163,29 +165,29 @@ QAccessibleInterface* MakeAccessible(const QString& className, QObject* object) 
 
 }  // namespace
 
-void AnswerScreenReaders() {
+void InstallAccessibility() {
     // Installing the same factory again changes nothing.
     QAccessible::installFactory(MakeAccessible);
 }
 
-bool ScreenReaderListens() { return QAccessible::isActive(); }
+bool AccessibilityActive() { return QAccessible::isActive(); }
 
-void TellOfSight(DisplayView& view) {
-    if (!ScreenReaderListens()) return;
+void NotifyVisibleLines(DisplayView& view) {
+    if (!AccessibilityActive()) return;
     // The text last told is kept with the view that it was told of.
     constexpr const char* kTold = "toldText";
     const QString old = view.property(kTold).toString();
-    const QString now = view.InSight().Text;
+    const QString now = view.ReadVisibleText().Text;
     if (now == old) return;
     view.setProperty(kTold, now);
     QAccessibleTextUpdateEvent event(&view, 0, old, now);
-    event.setCursorPosition(view.InSight().UnitOf(view.Caret()));
+    event.setCursorPosition(view.ReadVisibleText().UnitOf(view.Caret()));
     QAccessible::updateAccessibility(&event);
 }
 
-void TellOfSelection(DisplayView& view) {
-    if (!ScreenReaderListens()) return;
-    const DisplayWindow window = view.InSight();
+void NotifySelection(DisplayView& view) {
+    if (!AccessibilityActive()) return;
+    const VisibleText window = view.ReadVisibleText();
     const int caret = window.UnitOf(view.Caret());
     if (view.Anchor() == view.Caret()) {
         QAccessibleTextCursorEvent event(&view, caret);

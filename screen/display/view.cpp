@@ -24,18 +24,18 @@ int FloorDivide(int value, int by) { return value >= 0 ? value / by : -((by - 1 
 
 }  // namespace
 
-int DisplayWindow::UnitOf(TextOffset at) const {
-    const auto found = std::lower_bound(Places.begin(), Places.end(), at);
-    return static_cast<int>(std::min(found - Places.begin(), std::ssize(Places) - 1));
+int VisibleText::UnitOf(TextOffset at) const {
+    const auto found = std::lower_bound(Offsets.begin(), Offsets.end(), at);
+    return static_cast<int>(std::min(found - Offsets.begin(), std::ssize(Offsets) - 1));
 }
 
 DisplayView::DisplayView(DisplayBox& box, QWidget* parent)
     : QAbstractScrollArea(parent),
       Box(box),
-      Down(verticalScrollBar(), [this] { ForgetSight(); }),
-      Across(horizontalScrollBar(), [this] { ForgetSight(); }),
+      Down(verticalScrollBar(), [this] { InvalidateLayout(); }),
+      Across(horizontalScrollBar(), [this] { InvalidateLayout(); }),
       Selection(box.Text),
-      Find(new FindLine(
+      Find(new FindBar(
           box.Text,
           {[this] {
                Sync();
@@ -44,7 +44,7 @@ DisplayView::DisplayView(DisplayBox& box, QWidget* parent)
            [this](TextRange hit) { Select(hit.From, hit.To); }, [this] { FindClosed(); }},
           this)),
       SeenGeneration(box.Text.Generation()) {
-    AnswerScreenReaders();
+    InstallAccessibility();
     setAccessibleName(QStringLiteral("Display"));
     setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     setFocusPolicy(Qt::StrongFocus);
@@ -69,7 +69,7 @@ DisplayView::~DisplayView() { Box.Text.Changed = nullptr; }
 void DisplayView::FollowSoon() {
     Stale = true;
     // Nothing of a text that is gone may be painted until the timer fires.
-    if (Box.Text.Generation() != SeenGeneration) ForgetSight();
+    if (Box.Text.Generation() != SeenGeneration) InvalidateLayout();
     if (FollowTimer.isActive()) return;
     // The first change is shown with the next events; a stream of them, in step with the screen.
     const qint64 passed = SinceFollow.isValid() ? SinceFollow.elapsed() : kFollowPause;
@@ -79,9 +79,9 @@ void DisplayView::FollowSoon() {
 void DisplayView::Follow() {
     SinceFollow.start();
     Sync();
-    Sight();
+    VisibleLayout();
     UpdateBars();
-    TellOfSight(*this);
+    NotifyVisibleLines(*this);
 }
 
 void DisplayView::Sync() {
@@ -95,7 +95,7 @@ void DisplayView::Sync() {
         Selection.Select(0, 0);
         Dragging = false;
         DragTimer.stop();
-        Find->GiveUp();
+        Find->CancelSearch();
         Widest = 0;
         Down.MoveTo(0);
         Across.MoveTo(0);
@@ -105,7 +105,7 @@ void DisplayView::Sync() {
     const bool below =
         !replaced && lines >= SeenLines && !Lines.empty() && Lines.back().Line < SeenLines - 1;
     SeenLines = lines;
-    if (!below) ForgetSight();
+    if (!below) InvalidateLayout();
     UpdateBars();
 }
 
@@ -117,7 +117,7 @@ void DisplayView::UpdateBars() {
     Across.SetRange(Widest < columns ? 0 : Widest + 1 - columns, columns);
 }
 
-const std::vector<LineLayout>& DisplayView::Sight() {
+const std::vector<LineLayout>& DisplayView::VisibleLayout() {
     if (Lines.empty()) {
         Lines = LayLines(Box.Text, TopLine(), VisibleLineCount() + 1, LeftColumn(),
                          VisibleColumnCount() + 1, Rules);
@@ -129,22 +129,22 @@ const std::vector<LineLayout>& DisplayView::Sight() {
     return Lines;
 }
 
-void DisplayView::ForgetSight() {
+void DisplayView::InvalidateLayout() {
     Lines.clear();
     viewport()->update();
-    if (ScreenReaderListens() && !FollowTimer.isActive()) FollowTimer.start(kFollowPause);
+    if (AccessibilityActive() && !FollowTimer.isActive()) FollowTimer.start(kFollowPause);
 }
 
-DisplayWindow DisplayView::InSight() {
+VisibleText DisplayView::ReadVisibleText() {
     Sync();
-    DisplayWindow window;
+    VisibleText window;
     const std::int64_t left = LeftColumn();
     const std::int64_t right = left + VisibleColumnCount() + 1;
     TextOffset end = 0;
-    for (const LineLayout& line : Sight()) {
+    for (const LineLayout& line : VisibleLayout()) {
         if (line.Line != Lines.front().Line) {
             window.Text += u'\n';
-            window.Places.push_back(end);
+            window.Offsets.push_back(end);
         }
         for (const DisplayCell& cell : line.Cells) {
             if (cell.Code == U' ') {
@@ -154,11 +154,11 @@ DisplayWindow DisplayView::InSight() {
             } else {
                 window.Text += QString::fromUcs4(&cell.Code, 1);
             }
-            window.Places.resize(static_cast<std::size_t>(window.Text.size()), cell.At);
+            window.Offsets.resize(static_cast<std::size_t>(window.Text.size()), cell.At);
         }
         end = line.End;
     }
-    window.Places.push_back(end);
+    window.Offsets.push_back(end);
     return window;
 }
 
@@ -188,12 +188,12 @@ QRect DisplayView::CellRect(TextOffset at) {
     return {x, TopOf(Box.Text.LineAt(at)), Font.CellWidth(), Font.LineHeight()};
 }
 
-TextOffset DisplayView::PlaceAt(QPoint point, bool inside) {
+TextOffset DisplayView::OffsetAt(QPoint point, bool inside) {
     Sync();
     const int row = FloorDivide(point.y() - kMargin, Font.LineHeight());
     const int half = inside ? 2 * FloorDivide(point.x() - kMargin, Font.CellWidth())
                             : FloorDivide(2 * (point.x() - kMargin), Font.CellWidth());
-    return PlaceInLine(Box.Text, TopLine() + row, 2 * LeftColumn() + half, Rules);
+    return OffsetInLine(Box.Text, TopLine() + row, 2 * LeftColumn() + half, Rules);
 }
 
 void DisplayView::ScrollToLine(std::int64_t line) {
@@ -203,7 +203,7 @@ void DisplayView::ScrollToLine(std::int64_t line) {
 
 void DisplayView::ScrollToColumn(std::int64_t column) {
     Sync();
-    Sight();
+    VisibleLayout();
     UpdateBars();
     Across.MoveTo(column);
 }
@@ -213,14 +213,14 @@ void DisplayView::SetZoom(int percent) {
     Font.SetZoom(percent);
     if (Font.Zoom() == before) return;
     UpdateBars();
-    ForgetSight();
+    InvalidateLayout();
 }
 
 void DisplayView::resizeEvent(QResizeEvent*) {
     const QRect text = viewport()->geometry();
     Find->setGeometry(text.left(), text.bottom() + 1, text.width(), Find->sizeHint().height());
     UpdateBars();
-    ForgetSight();
+    InvalidateLayout();
 }
 
 void DisplayView::scrollContentsBy(int, int) {
@@ -237,7 +237,7 @@ void DisplayView::paintEvent(QPaintEvent* event) {
                        : focused    ? QPalette::Active
                                     : QPalette::Inactive;
     painter.fillRect(event->rect(), palette().color(group, QPalette::Base));
-    for (const LineLayout& line : Sight()) {
+    for (const LineLayout& line : VisibleLayout()) {
         const int top = TopOf(line.Line);
         if (top > event->rect().bottom()) break;
         if (top + Font.LineHeight() <= event->rect().top()) continue;

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/controls.h"
-#include "screen/display/findLine.h"
+#include "screen/display/findBar.h"
 #include "screen/display/font.h"
 #include "screen/display/scrollAxis.h"
 #include "screen/display/text/lineLayout.h"
@@ -16,10 +16,10 @@
 namespace tessel {
 
 /// The text that is in sight, as painted: lines parted by LF, a blank for each cell of a tab.
-struct DisplayWindow {
+struct VisibleText {
     QString Text;
     /// For each 16-bit unit of Text the place that it stands for, and one more for the end.
-    std::vector<TextOffset> Places;
+    std::vector<TextOffset> Offsets;
     /// The first unit of Text whose place is `at` or behind it.
     int UnitOf(TextOffset at) const;
 };
@@ -44,8 +44,8 @@ class DisplayView : public QAbstractScrollArea {
     /// `percent` of the font's own size.
     void SetZoom(int percent);
 
-    DisplayWindow InSight();
-    std::string VisibleText() { return InSight().Text.toStdString(); }
+    VisibleText ReadVisibleText();
+    std::string VisibleString() { return ReadVisibleText().Text.toStdString(); }
 
     TextOffset Anchor() const { return Selection.Anchor(); }
     TextOffset Caret() const { return Selection.Caret(); }
@@ -59,10 +59,10 @@ class DisplayView : public QAbstractScrollArea {
 
     /// Opens the find line, with the selection in it when that is short.
     void ShowFind();
-    FindLine& Finder() { return *Find; }
+    FindBar& Finder() { return *Find; }
 
     /// The place nearest to a point of the viewport, or the one of the cell that it lies `inside`.
-    TextOffset PlaceAt(QPoint point, bool inside = false);
+    TextOffset OffsetAt(QPoint point, bool inside = false);
     /// Where the character at a place stands in the viewport.
     QRect CellRect(TextOffset at);
 
@@ -87,8 +87,8 @@ class DisplayView : public QAbstractScrollArea {
     void Follow();
     void Sync();
     void UpdateBars();
-    const std::vector<LineLayout>& Sight();
-    void ForgetSight();
+    const std::vector<LineLayout>& VisibleLayout();
+    void InvalidateLayout();
 
     // Painting.
     void PaintLine(QPainter& painter, const LineLayout& line, QPalette::ColorGroup group);
@@ -100,12 +100,12 @@ class DisplayView : public QAbstractScrollArea {
     // A person's hand.
     bool RunsCommand(QKeyEvent* event);
     bool MovesCaret(QKeyEvent* event);
-    void SelectionMoved(bool bringIntoSight);
-    void BringIntoSight(TextOffset at);
+    void SelectionMoved(bool ensureVisible);
+    void EnsureVisible(TextOffset at);
     void BeginDrag(QPoint point, DisplaySelection::Unit unit);
     void DragOn();
     void PutPrimarySelection() const;
-    void RoomForFind();
+    void LayOutFindBar();
     void FindClosed();
 
     DisplayBox& Box;
@@ -114,7 +114,7 @@ class DisplayView : public QAbstractScrollArea {
     ScrollAxis Down;
     ScrollAxis Across;
     DisplaySelection Selection;
-    FindLine* Find;
+    FindBar* Find;
 
     std::vector<LineLayout> Lines;  // in sight; empty when they must be laid out anew
     std::int64_t Widest = 0;        // of the lines seen so far, in columns

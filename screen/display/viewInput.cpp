@@ -54,10 +54,10 @@ bool DisplayView::RunsCommand(QKeyEvent* event) {
     } else if (event->matches(QKeySequence::Find)) {
         ShowFind();
     } else if (event->key() == Qt::Key_F3) {
-        if (Find->Wanted().isEmpty()) {
+        if (Find->Query().isEmpty()) {
             ShowFind();
         } else {
-            RoomForFind();
+            LayOutFindBar();
             Find->Search(event->modifiers().testFlag(Qt::ShiftModifier));
         }
     } else if (control && (event->key() == Qt::Key_Plus || event->key() == Qt::Key_Equal)) {
@@ -121,21 +121,21 @@ bool DisplayView::MovesCaret(QKeyEvent* event) {
 void DisplayView::Select(TextOffset anchor, TextOffset caret) {
     Sync();
     Selection.Select(anchor, caret);
-    BringIntoSight(Selection.Anchor());
+    EnsureVisible(Selection.Anchor());
     SelectionMoved(true);
 }
 
-void DisplayView::SelectionMoved(bool bringIntoSight) {
-    if (bringIntoSight) BringIntoSight(Selection.Caret());
+void DisplayView::SelectionMoved(bool ensureVisible) {
+    if (ensureVisible) EnsureVisible(Selection.Caret());
     if (hasFocus()) {
         CaretOn = true;
         if (Blink.isActive()) Blink.start();
     }
     viewport()->update();
-    TellOfSelection(*this);
+    NotifySelection(*this);
 }
 
-void DisplayView::BringIntoSight(TextOffset at) {
+void DisplayView::EnsureVisible(TextOffset at) {
     const std::int64_t column = ColumnOf(Box.Text, at, Rules);
     const int columns = VisibleColumnCount();
     // Columns first: their bar, when it appears, takes a line.
@@ -192,7 +192,7 @@ void DisplayView::PutPrimarySelection() const {
 // --- The mouse. ---------------------------------------------------------------------------------
 
 void DisplayView::BeginDrag(QPoint point, DisplaySelection::Unit unit) {
-    Selection.BeginDrag(PlaceAt(point, unit != DisplaySelection::Unit::kCharacter), unit);
+    Selection.BeginDrag(OffsetAt(point, unit != DisplaySelection::Unit::kCharacter), unit);
     Dragging = true;
     DragPoint = point;
     SelectionMoved(false);
@@ -207,7 +207,7 @@ void DisplayView::mousePressEvent(QMouseEvent* event) {
                        (point - DragPoint).manhattanLength() < QApplication::startDragDistance();
     SinceDouble.invalidate();
     if (event->modifiers().testFlag(Qt::ShiftModifier)) {
-        Selection.ExtendTo(PlaceAt(point));
+        Selection.ExtendTo(OffsetAt(point));
         Dragging = true;
         DragPoint = point;
         SelectionMoved(false);
@@ -243,7 +243,7 @@ void DisplayView::DragOn() {
     Across.MoveTo(LeftColumn() + DragSteps(DragPoint.x(), area.width(), Font.CellWidth()));
     const QPoint inside(std::clamp(DragPoint.x(), 0, std::max(area.right(), 0)),
                         std::clamp(DragPoint.y(), 0, std::max(area.bottom(), 0)));
-    Selection.DragTo(PlaceAt(inside));
+    Selection.DragTo(OffsetAt(inside));
     SelectionMoved(false);
 }
 
@@ -304,11 +304,11 @@ void DisplayView::ShowFind() {
     const std::int64_t size = Selection.Range().Size();
     const QString selected =
         size <= kMostWanted ? QString::fromStdString(SelectedText()) : QString();
-    RoomForFind();
-    Find->Ask(selected.contains(u'\n') || selected.contains(u'\r') ? QString() : selected);
+    LayOutFindBar();
+    Find->Open(selected.contains(u'\n') || selected.contains(u'\r') ? QString() : selected);
 }
 
-void DisplayView::RoomForFind() {
+void DisplayView::LayOutFindBar() {
     setViewportMargins(0, 0, 0, Find->sizeHint().height());
     Find->show();
 }

@@ -28,7 +28,7 @@ class DialogTest : public ScreenTest {
     /// whole, ends so.
     void AnswerBox(const std::string& title, const std::string& text,
                    QMessageBox::StandardButton button) {
-        Upon<QMessageBox>([=](QMessageBox& box) {
+        OnDialog<QMessageBox>([=](QMessageBox& box) {
             EXPECT_EQ(box.windowTitle().toStdString(), title);
             const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
             const std::string shown = label->text().toStdString();
@@ -69,7 +69,7 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
         Write(std::string("a/b/c/") + name, SampleImage().File());
     }
     fs::current_path(At("a/b/c"));
-    Upon<QFileDialog>([&](QFileDialog& dialog) {
+    OnDialog<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle().toStdString(), title);
         EXPECT_EQ(Folder(dialog), At("a/b/c"));
         auto* kinds = dialog.findChild<QComboBox*>("fileTypeCombo");
@@ -105,7 +105,7 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
     fs::current_path(At(""));
     RecentPaths = {};
     Start();
-    Upon<QFileDialog>([&](QFileDialog& dialog) {
+    OnDialog<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(Folder(dialog), At("a/b/c"));
         Listed(dialog, 3);
         auto* list = dialog.findChild<QListView*>("listView");
@@ -122,7 +122,7 @@ TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {
     ClickLine(1);
     Write("Read me first.txt", "before");
     fs::create_directory(At("folder"));
-    Upon<QFileDialog>([&](QFileDialog& dialog) {
+    OnDialog<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Save DOS File");
         EXPECT_EQ(NameField(dialog).text(), "Read me first.txt");
         EXPECT_TRUE(Busy && !Hourglass()) << "the dialog waits for the person";
@@ -135,7 +135,7 @@ TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {
     EXPECT_FALSE(Busy || Hourglass());
     EXPECT_TRUE(List->isEnabled() && List->hasFocus());
 
-    Upon<QFileDialog>([](QFileDialog&) { Key(Qt::Key_Return); });
+    OnDialog<QFileDialog>([](QFileDialog&) { Key(Qt::Key_Return); });
     AnswerBox("Save DOS File", At("Read me first.txt") + kReplace, QMessageBox::Yes);
     Menu("File", "Save File");
     EXPECT_EQ(Read("Read me first.txt"), "Hello\r\nWorld\r\n");
@@ -150,7 +150,7 @@ TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {
     AnswerFile("../shown");
     AnswerBox("Save Display as Text File", At("shown.txt") + kReplace, QMessageBox::Yes);
     Menu("File", "Save Display");
-    EXPECT_EQ(Read("shown.txt"), Told());
+    EXPECT_EQ(Read("shown.txt"), DisplayText());
 }
 
 TEST_F(DialogTest, ASuggestedNameLeadsNowhereElse) {
@@ -166,7 +166,7 @@ TEST_F(DialogTest, ASuggestedNameLeadsNowhereElse) {
     WritePath("ELSE", At("in/side/"));
     for (const auto& [name, saved] : names) {
         Key(Qt::Key_Down);
-        Upon<QFileDialog>([&, saved = saved](QFileDialog& dialog) {
+        OnDialog<QFileDialog>([&, saved = saved](QFileDialog& dialog) {
             EXPECT_EQ(NameField(dialog).text().toStdString(), saved);
             Click(The("Save", &dialog));
         });
@@ -184,7 +184,7 @@ TEST_F(DialogTest, BoxesShowWhateverTextAsItIsAndTheOffsetIsAskedFor) {
     Menu("File", "Open");
 
     const auto ask = [this](const char* before, const char* typed) {
-        Upon<QInputDialog>([=](QInputDialog& dialog) {
+        OnDialog<QInputDialog>([=](QInputDialog& dialog) {
             EXPECT_EQ(dialog.labelText(), "Input Offset (0 to 2GB)");
             EXPECT_EQ(dialog.textValue(), before);
             Type(typed);  // over the text there, all of which is selected
@@ -210,7 +210,7 @@ class ChooserTest : public DialogTest {
     /// Chooses Save Directory, does this in the chooser, and leaves it by a button or its close
     /// box.
     void Choose(const char* button, const std::function<void(ChooserScreen&)>& act) {
-        Upon<ChooserScreen>([=, this](ChooserScreen& screen) {
+        OnDialog<ChooserScreen>([=, this](ChooserScreen& screen) {
             Folders = screen.findChild<QTreeWidget*>();
             Line = screen.findChild<QLineEdit*>();
             act(screen);
@@ -231,7 +231,7 @@ class ChooserTest : public DialogTest {
     }
     /// Where list, text line and record say the chooser is, below "out" or elsewhere; "?" when
     /// these are at odds.
-    std::string Place() const {
+    std::string ControlBounds() const {
         const std::string path = Form->Chooser->dirDirBox.Path();
         const std::string row = Folders->currentItem()->text(0).toStdString();
         if (Line->text().toStdString() != path || !path.ends_with(row)) return "?";
@@ -258,7 +258,7 @@ TEST_F(ChooserTest, StandsAsDesignedAndAnswersTheFolderListsPath) {
             EXPECT_TRUE(widget->hasFocus()) << "the way of the Tab key";
             if (widget != Line) Key(Qt::Key_Tab);
         }
-        EXPECT_EQ(Place(), "");
+        EXPECT_EQ(ControlBounds(), "");
         Type("/nowhere");
         Key(Qt::Key_Return);
         EXPECT_TRUE(screen.isVisible()) << "no button is the default";
@@ -269,7 +269,7 @@ TEST_F(ChooserTest, StandsAsDesignedAndAnswersTheFolderListsPath) {
     fs::remove_all(At("out/disk"));
 
     Choose("Cancel", [this](ChooserScreen&) {
-        EXPECT_EQ(Place(), "") << "the folder of the last time";
+        EXPECT_EQ(ControlBounds(), "") << "the folder of the last time";
         Enter("a");
     });
     EXPECT_EQ(Tree("out"), "a/\na/one/\na/two/\nz/\n");
@@ -290,13 +290,13 @@ TEST_F(ChooserTest, KeysAndMouseWalkTheHostsFolders) {
             {Qt::Key_Up, "?"},   {Qt::Key_Return, ""}};
         for (const auto& [key, place] : keys) {
             Key(key);
-            EXPECT_EQ(Place(), place);
+            EXPECT_EQ(ControlBounds(), place);
         }
         for (const char* name : {"z", "out", "a", "one", "a"}) Enter(name);
-        EXPECT_EQ(Place(), "/a");
+        EXPECT_EQ(ControlBounds(), "/a");
         fs::remove(At("out/a/one"));
         Enter("one");
-        EXPECT_EQ(Place(), "/a") << "it has gone";
+        EXPECT_EQ(ControlBounds(), "/a") << "it has gone";
         EXPECT_EQ(Folders->currentItem()->childCount(), 1);
         Enter("out");
         if (geteuid() != 0) {  // who may look anywhere

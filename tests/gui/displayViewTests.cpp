@@ -82,11 +82,11 @@ class DisplayViewTest : public testing::Test {
 TEST_F(DisplayViewTest, MoreLinesThanAScrollBarCountsAreShownAndNoMoreIsRead) {
     Box.Text.Append("first\r\nsecond\n\r\n");
     Box.Text.Append(NumberedLines(3'000'000'000, BytesRead));
-    EXPECT_EQ(View.VisibleText(), Expected());
+    EXPECT_EQ(View.VisibleString(), Expected());
     View.ScrollToLine(2'999'000'001);
     View.verticalScrollBar()->triggerAction(QAbstractSlider::SliderSingleStepAdd);
     EXPECT_EQ(View.TopLine(), 2'999'000'002);
-    EXPECT_EQ(View.VisibleText(), Expected());
+    EXPECT_EQ(View.VisibleString(), Expected());
     const std::int64_t lastTop = Box.Text.LineCount() - View.VisibleLineCount();
     Key(Qt::Key_End, Qt::ControlModifier);
     EXPECT_EQ(View.TopLine(), lastTop);
@@ -94,7 +94,7 @@ TEST_F(DisplayViewTest, MoreLinesThanAScrollBarCountsAreShownAndNoMoreIsRead) {
     EXPECT_EQ(View.TopLine(), 0);
     View.verticalScrollBar()->setValue(View.verticalScrollBar()->maximum());
     EXPECT_EQ(View.TopLine(), lastTop);
-    EXPECT_TRUE(View.VisibleText().ends_with("line 2999999999\n"));
+    EXPECT_TRUE(View.VisibleString().ends_with("line 2999999999\n"));
     QTest::qWait(40);
     EXPECT_LT(BytesRead, 100'000);
 }
@@ -104,11 +104,11 @@ TEST_F(DisplayViewTest, ShowsEachKindOfCharacterInItsCells) {
     Box.Text.Replace(
         "\ta\t|\r\xC3\xBC\xFF"
         "e\x01\x7F\xE2\x80\xAE|\xC3");
-    EXPECT_EQ(View.VisibleText(), "        a       |\n\xC3\xBC\uFFFDe\uFFFD\uFFFD\uFFFD|\uFFFD");
+    EXPECT_EQ(View.VisibleString(), "        a       |\n\xC3\xBC\uFFFDe\uFFFD\uFFFD\uFFFD|\uFFFD");
     // A tab in a long line is one cell, so that nothing in front of it need be read.
     Box.Text.Replace(std::string(5000, 'x') + "\ty");
     Key(Qt::Key_End);
-    EXPECT_TRUE(View.VisibleText().ends_with("x y")) << View.VisibleText();
+    EXPECT_TRUE(View.VisibleString().ends_with("x y")) << View.VisibleString();
 }
 
 TEST_F(DisplayViewTest, MouseSelectsOverThePiecesBorder) {
@@ -176,7 +176,7 @@ TEST_F(DisplayViewTest, FindsOverAStepsBorderAndAroundTheEnds) {
     EXPECT_EQ(View.SelectedText(), "Mark");
     EXPECT_EQ(Find("mark"), "");
     EXPECT_EQ(View.SelectedText(), "maRK");
-    EXPECT_NE(View.VisibleText().find("maRK"), std::string::npos);
+    EXPECT_NE(View.VisibleString().find("maRK"), std::string::npos);
     EXPECT_EQ(Find("mark"), "Went on from the top");
     EXPECT_EQ(View.SelectedText(), "Mark");
     EXPECT_EQ(Find("mark", Qt::ShiftModifier), "Went on from the end");
@@ -210,7 +210,7 @@ TEST_F(DisplayViewTest, OneLineOf256MegabytesScrollsToItsEnd) {
     Box.Text.Append(line);
     Key(Qt::Key_End);
     EXPECT_EQ(View.Caret(), size);
-    EXPECT_EQ(View.LeftColumn() + std::ssize(View.VisibleText()), size);
+    EXPECT_EQ(View.LeftColumn() + std::ssize(View.VisibleString()), size);
     EXPECT_LT(BytesRead, 1'000'000);
     Key(Qt::Key_Home);
     EXPECT_EQ(View.LeftColumn(), 0);
@@ -220,7 +220,7 @@ TEST_F(DisplayViewTest, FollowsGrowthAndStartsAnewWithAnotherText) {
     Box.Text.Append(NumberedLines(5, BytesRead));
     View.Select(3, 8);
     Box.Text.GrowLast(500 * kNumbered, 500);
-    EXPECT_EQ(View.VisibleText(), Expected());
+    EXPECT_EQ(View.VisibleString(), Expected());
     EXPECT_EQ(View.SelectedText(), "e 000");
     View.ScrollToLine(400);
     EXPECT_TRUE(QTest::qWaitFor(
@@ -230,10 +230,10 @@ TEST_F(DisplayViewTest, FollowsGrowthAndStartsAnewWithAnotherText) {
     Box.Text.Clear();
     QTest::mouseMove(View.viewport(), QPoint(90, 400));
     QTest::mouseRelease(View.viewport(), Qt::LeftButton, {}, QPoint(90, 400));
-    EXPECT_EQ(View.VisibleText(), "");
+    EXPECT_EQ(View.VisibleString(), "");
     EXPECT_EQ(View.TopLine(), 0);
     Box.Text.Replace("new");
-    EXPECT_EQ(View.VisibleText(), "new");
+    EXPECT_EQ(View.VisibleString(), "new");
     EXPECT_EQ(View.Caret(), 0);
     for (const QSize size : {QSize(0, 0), QSize(1, 1), QSize(5, 200), QSize(200, 5)}) {
         View.resize(size);
@@ -251,7 +251,7 @@ TEST_F(DisplayViewTest, ScreenReadersReadWhatIsInSight) {
     EXPECT_EQ(reader->text(QAccessible::Name), "Display");
     auto* text = reader->textInterface();
     ASSERT_NE(text, nullptr);
-    EXPECT_EQ(text->text(0, text->characterCount()).toStdString(), View.VisibleText());
+    EXPECT_EQ(text->text(0, text->characterCount()).toStdString(), View.VisibleString());
     EXPECT_EQ(text->text(0, 15), "line 0000000500");
     text->setCursorPosition(21);  // 16 characters a line here, with its line break
     EXPECT_EQ(View.Caret(), 501 * kNumbered + 5);

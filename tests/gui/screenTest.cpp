@@ -6,7 +6,7 @@
 #include <QSettings>
 #include <QTest>
 
-#include "screen/hostDesk.h"
+#include "screen/qtHost.h"
 #include "volume/modGlobals.h"
 
 namespace tessel {
@@ -77,7 +77,7 @@ void ScreenTest::WhileBusy(std::function<void()> act) {
 }
 
 void ScreenTest::AnswerFile(const std::string& typed) {
-    Upon<QFileDialog>([typed](QFileDialog& dialog) {
+    OnDialog<QFileDialog>([typed](QFileDialog& dialog) {
         if (typed.empty()) return Key(Qt::Key_Escape);
         EXPECT_TRUE(dialog.findChild<QLineEdit*>("fileNameEdit")->hasFocus());
         Key(Qt::Key_A, Qt::ControlModifier);
@@ -152,11 +152,11 @@ bool ScreenTest::Hourglass() {
     return cursor != nullptr && cursor->shape() == Qt::WaitCursor;
 }
 
-testing::AssertionResult ScreenTest::ShowsWhatIsTold() {
+testing::AssertionResult ScreenTest::ScreenShowsText() {
     const TextDisplay& text = Form->rtfDisplay.Text;
     std::string told = text.Lines(0, Display->VisibleLineCount() + 1);
     std::erase(told, '\r');
-    const std::string shown = Display->VisibleText();
+    const std::string shown = Display->VisibleString();
     return Same(shown, told.substr(0, shown.size()));
 }
 

@@ -44,7 +44,7 @@ class ScreenTest : public TesselTest {
     /// What the person does once the next dialog of this type has the keyboard; dialogs come in the
     /// order in which they are told of. One that nobody waits for is a failure.
     template <class Dialog>
-    void Upon(std::function<void(Dialog&)> act) {
+    void OnDialog(std::function<void(Dialog&)> act) {
         Steps.push_back({[] { return Modal<Dialog>() != nullptr; },
                          [act = std::move(act)] { act(*Modal<Dialog>()); }});
     }
@@ -68,8 +68,8 @@ class ScreenTest : public TesselTest {
     std::string Title() const { return Screen->windowTitle().toStdString(); }
     static bool Hourglass();
     /// The display's text in its record, and whether the screen shows it, from its first line on.
-    std::string Told() const { return Form->rtfDisplay.Text.Text(); }
-    testing::AssertionResult ShowsWhatIsTold();
+    std::string DisplayText() const { return Form->rtfDisplay.Text.Text(); }
+    testing::AssertionResult ScreenShowsText();
 
     std::unique_ptr<formTessel> Form;
     std::unique_ptr<MainScreen> Screen;

@@ -18,7 +18,7 @@ class MainScreenTest : public ScreenTest {
         const int line = Form->listDIR.ListIndex();
         const QModelIndex shown = List->currentIndex();
         const bool selected = shown.row() == line && List->selectionModel()->isSelected(shown);
-        return selected && Told().starts_with(Form->listDIR.Text(line)) ? line : -1;
+        return selected && DisplayText().starts_with(Form->listDIR.Text(line)) ? line : -1;
     }
     /// Opens a FAT16 volume of nearly 2 GB that takes next to no room on the host and is filled by
     /// one file, and chooses Dump.
@@ -84,7 +84,7 @@ TEST_F(MainScreenTest, StandsAsItWasDesigned) {
     const std::string family = QFontInfo(List->font()).family().toStdString();
     EXPECT_TRUE(family == "Courier New" || family == "Liberation Mono") << family;
     Form->rtfDisplay.Text.Replace("iW");
-    EXPECT_TRUE(ShowsWhatIsTold());
+    EXPECT_TRUE(ScreenShowsText());
     for (const int i : {0, 1}) {
         EXPECT_EQ(Display->CellRect(i).width(), List->fontMetrics().horizontalAdvance('W'));
     }
@@ -107,7 +107,8 @@ TEST_F(MainScreenTest, TabVisitsTheControlsAndEnterPressesThem) {
     Key(Qt::Key_Backtab, Qt::ShiftModifier);
     Key(Qt::Key_Backtab, Qt::ShiftModifier);
     Key(Qt::Key_Return);
-    EXPECT_NE(Told().find("{MYDISK"), std::string::npos) << "Enter presses a button: Directory";
+    EXPECT_NE(DisplayText().find("{MYDISK"), std::string::npos)
+        << "Enter presses a button: Directory";
 }
 
 TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
@@ -115,7 +116,7 @@ TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
     for (int i = 10; i < 50; ++i) image.AddFile(0, {.Name = "F" + std::to_string(i)}, "x");
     OpenImage(Write("disk.img", image.File()));
     EXPECT_TRUE(List->hasFocus());
-    EXPECT_EQ(Display->VisibleText(), "") << "the first line is selected but not shown";
+    EXPECT_EQ(Display->VisibleString(), "") << "the first line is selected but not shown";
     const int last = Form->listDIR.Count() - 1;
     const std::pair<Qt::Key, int> moves[] = {
         {Qt::Key_Space, 0}, {Qt::Key_Down, 1}, {Qt::Key_Up, 0}, {Qt::Key_End, last}};
@@ -125,7 +126,7 @@ TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
     }
     EXPECT_TRUE(List->viewport()->rect().contains(LineAt(last))) << "scrolled into sight";
     Type("f33");
-    EXPECT_EQ(Told().substr(0, 5), " F33 ");
+    EXPECT_EQ(DisplayText().substr(0, 5), " F33 ");
     Key(Qt::Key_Home);
     ClickLine(3);
     EXPECT_EQ(Line(), 3);
@@ -156,11 +157,11 @@ TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
 TEST_F(MainScreenTest, ModesAndButtonsFillADisplayThatNobodyCanEdit) {
     OpenImage(Write("disk.img", SampleImage().File()));
     Click(The("Dump"));
-    EXPECT_TRUE(Told().starts_with(" Raw Root Directory")) << Told().substr(0, 40);
+    EXPECT_TRUE(DisplayText().starts_with(" Raw Root Directory")) << DisplayText().substr(0, 40);
     EXPECT_TRUE(The("Dump").hasFocus()) << "as before it was disabled for the dump";
     ClickLine(1);
-    EXPECT_TRUE(Same(Told(), ChainDump({2}, "Hello\r\nWorld\r\n")));
-    EXPECT_TRUE(ShowsWhatIsTold());
+    EXPECT_TRUE(Same(DisplayText(), ChainDump({2}, "Hello\r\nWorld\r\n")));
+    EXPECT_TRUE(ScreenShowsText());
     EXPECT_TRUE(List->hasFocus());
     Click(The("Display"));
     EXPECT_TRUE(IsChosen("Display") && !IsChosen("Dump"));
@@ -171,20 +172,20 @@ TEST_F(MainScreenTest, ModesAndButtonsFillADisplayThatNobodyCanEdit) {
     Type("xyz ");
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Backspace, Qt::Key_Delete}) Key(key);
     for (const Qt::Key key : {Qt::Key_A, Qt::Key_V, Qt::Key_X}) Key(key, Qt::ControlModifier);
-    EXPECT_EQ(Told(), "Hello\r\nWorld\r\n");
-    EXPECT_TRUE(ShowsWhatIsTold());
+    EXPECT_EQ(DisplayText(), "Hello\r\nWorld\r\n");
+    EXPECT_TRUE(ScreenShowsText());
 
     for (const auto& [caption, text] : {std::pair{"Boot Sector", " Raw Boot Sector 0"},
                                         {"FAT0", "0000 (0000) 0FF0 0FFF"},
                                         {"Root", " Raw Root Directory"},
                                         {"Directory", "Read me first.txt"}}) {
         Click(The(caption));
-        EXPECT_NE(Told().find(text), std::string::npos) << caption;
-        EXPECT_TRUE(ShowsWhatIsTold());
+        EXPECT_NE(DisplayText().find(text), std::string::npos) << caption;
+        EXPECT_TRUE(ScreenShowsText());
     }
     Click(The("Display"));
     EXPECT_TRUE(IsChosen("Display"));
-    EXPECT_EQ(Told(), "Hello\r\nWorld\r\n") << "again, over a report";
+    EXPECT_EQ(DisplayText(), "Hello\r\nWorld\r\n") << "again, over a report";
     Click(The("SuperBlock"));
     EXPECT_FALSE(IsChosen("SuperBlock"));
 }
@@ -198,13 +199,13 @@ TEST_F(MainScreenTest, StopEndsALongDumpByMouseAndByKey) {
         EXPECT_FALSE(List->isEnabled());
         EXPECT_EQ(Menu("File"),
                   "Open\nClose\n\nSave Display\n-Save File\n\n-Save Directory\n\nExit\n");
-        EXPECT_TRUE(ShowsWhatIsTold());
+        EXPECT_TRUE(ScreenShowsText());
         Click(The("STOP"));
     });
     QTest::mousePress(Screen->windowHandle(), Qt::LeftButton, {}, line);
     ExpectStopped();
     Key(Qt::Key_Home);
-    EXPECT_TRUE(Told().starts_with(" Raw Root Directory"));
+    EXPECT_TRUE(DisplayText().starts_with(" Raw Root Directory"));
     WhileBusy([] { Key(Qt::Key_Escape); });
     Key(Qt::Key_Down);
     ExpectStopped();

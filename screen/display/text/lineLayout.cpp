@@ -185,8 +185,8 @@ std::int64_t ColumnOf(const TextDisplay& text, TextOffset at, const LayoutRules&
     return cell != laid.Cells.end() ? cell->Column : laid.Columns;
 }
 
-TextOffset PlaceInLine(const TextDisplay& text, std::int64_t line, std::int64_t halfCells,
-                       const LayoutRules& rules) {
+TextOffset OffsetInLine(const TextDisplay& text, std::int64_t line, std::int64_t halfCells,
+                        const LayoutRules& rules) {
     line = std::clamp<std::int64_t>(line, 0, text.LineCount() - 1);
     halfCells = std::max<std::int64_t>(halfCells, 0);
     const LineBounds bounds = BoundsOf(text, line);
@@ -217,13 +217,13 @@ TextOffset CharacterStart(const TextDisplay& text, TextOffset at) {
     return at;
 }
 
-TextOffset NextPlace(const TextDisplay& text, TextOffset at) {
+TextOffset NextOffset(const TextDisplay& text, TextOffset at) {
     const std::string bytes = text.Text(at, 4);
     if (bytes.empty()) return text.Size();
     return at + (bytes.starts_with("\r\n") ? 2 : DecodeUtf8(bytes).Bytes);
 }
 
-TextOffset PreviousPlace(const TextDisplay& text, TextOffset at) {
+TextOffset PreviousOffset(const TextDisplay& text, TextOffset at) {
     return at <= 0 ? 0 : CharacterStart(text, at - 1);
 }
 

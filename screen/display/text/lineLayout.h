@@ -59,13 +59,13 @@ std::vector<LineLayout> LayLines(const TextDisplay& text, std::int64_t first, st
 /// The column at which the character at `at` begins.
 std::int64_t ColumnOf(const TextDisplay& text, TextOffset at, const LayoutRules& rules);
 /// The place in `line` that is nearest to a distance from its left edge, in half cells.
-TextOffset PlaceInLine(const TextDisplay& text, std::int64_t line, std::int64_t halfCells,
-                       const LayoutRules& rules);
+TextOffset OffsetInLine(const TextDisplay& text, std::int64_t line, std::int64_t halfCells,
+                        const LayoutRules& rules);
 
 /// `at`, or the start of the character or line break that it lies within.
 TextOffset CharacterStart(const TextDisplay& text, TextOffset at);
 /// The place behind, and in front of, the character or line break there. They stay within the text.
-TextOffset NextPlace(const TextDisplay& text, TextOffset at);
-TextOffset PreviousPlace(const TextDisplay& text, TextOffset at);
+TextOffset NextOffset(const TextDisplay& text, TextOffset at);
+TextOffset PreviousOffset(const TextDisplay& text, TextOffset at);
 
 }  // namespace tessel

@@ -28,56 +28,56 @@ std::int64_t Find(const std::string& hay, const std::string& needle, bool backwa
 
 }  // namespace
 
-TextSearch::TextSearch(const TextDisplay& text, SearchWish wish, TextOffset from)
+TextSearch::TextSearch(const TextDisplay& text, SearchQuery query, TextOffset from)
     : Text(text),
       Generation(text.Generation()),
-      Wanted(std::move(wish)),
-      Needle(Wanted.Text),
+      Sought(std::move(query)),
+      Needle(Sought.Text),
       First{},
       Second{},
-      Places(0) {
-    if (!Wanted.MatchCase) FoldCase(Needle);
+      Starts(0) {
+    if (!Sought.MatchCase) FoldCase(Needle);
     const std::int64_t size = HitSize();
-    if (size > 0) Places = std::max<std::int64_t>(Text.Size() - size + 1, 0);
-    if (Wanted.Backwards) {
-        const TextOffset turn = std::clamp<TextOffset>(from - size + 1, 0, Places);
+    if (size > 0) Starts = std::max<std::int64_t>(Text.Size() - size + 1, 0);
+    if (Sought.Backwards) {
+        const TextOffset turn = std::clamp<TextOffset>(from - size + 1, 0, Starts);
         First = {0, turn};
-        Second = {turn, Places};
+        Second = {turn, Starts};
     } else {
-        const TextOffset turn = std::clamp<TextOffset>(from, 0, Places);
-        First = {turn, Places};
+        const TextOffset turn = std::clamp<TextOffset>(from, 0, Starts);
+        First = {turn, Starts};
         Second = {0, turn};
     }
 }
 
 TextSearch::State TextSearch::Step() {
-    if (!SecondLeg && First.From >= First.To) SecondLeg = true;
-    Leg& leg = SecondLeg ? Second : First;
-    if (leg.From >= leg.To) return State::kNone;
-    Leg part = leg;
-    if (Wanted.Backwards) {
-        part.From = std::max(leg.From, leg.To - kStep);
-        leg.To = part.From;
+    if (!HasWrapped && First.From >= First.To) HasWrapped = true;
+    Range& range = HasWrapped ? Second : First;
+    if (range.From >= range.To) return State::kNone;
+    Range part = range;
+    if (Sought.Backwards) {
+        part.From = std::max(range.From, range.To - kStep);
+        range.To = part.From;
     } else {
-        part.To = std::min(leg.To, leg.From + kStep);
-        leg.From = part.To;
+        part.To = std::min(range.To, range.From + kStep);
+        range.From = part.To;
     }
     Done += part.To - part.From;
     return ScanPart(part);
 }
 
-TextSearch::State TextSearch::ScanPart(Leg part) {
+TextSearch::State TextSearch::ScanPart(Range part) {
     // A hit may reach over the border of a part, but begins in one only.
     std::string hay = Text.Text(part.From, part.To - part.From + HitSize() - 1);
-    if (!Wanted.MatchCase) FoldCase(hay);
-    const std::int64_t at = Find(hay, Needle, Wanted.Backwards);
+    if (!Sought.MatchCase) FoldCase(hay);
+    const std::int64_t at = Find(hay, Needle, Sought.Backwards);
     if (at < 0) return State::kGoing;
     Found = part.From + at;
     return State::kFound;
 }
 
 int TextSearch::Percent() const {
-    return Places == 0 ? 100 : static_cast<int>(Done * 100 / Places);
+    return Starts == 0 ? 100 : static_cast<int>(Done * 100 / Starts);
 }
 
 }  // namespace tessel

@@ -71,21 +71,21 @@ void DisplaySelection::MoveCaret(Move move, bool extend) {
 TextOffset DisplaySelection::Target(Move move) const {
     switch (move) {
         case Move::kLeft:
-            return PreviousPlace(Text, CaretAt);
+            return PreviousOffset(Text, CaretAt);
         case Move::kRight:
-            return NextPlace(Text, CaretAt);
+            return NextOffset(Text, CaretAt);
         case Move::kWordLeft: {
-            const TextOffset before = PreviousPlace(Text, CaretAt);
+            const TextOffset before = PreviousOffset(Text, CaretAt);
             const TextOffset start = Text.LineStart(Text.LineAt(CaretAt));
             if (before < start) return before;
             TextRange word = WordAt(Text, before);
             const bool blank = KindOf(Text.Text(word.From, 1).append(1, 'x')[0]) == Kind::kBlank;
-            if (blank && word.From > start) word = WordAt(Text, PreviousPlace(Text, word.From));
+            if (blank && word.From > start) word = WordAt(Text, PreviousOffset(Text, word.From));
             return word.From;
         }
         case Move::kWordRight: {
             const TextOffset end = Text.LineEnd(Text.LineAt(CaretAt));
-            if (CaretAt >= end) return NextPlace(Text, CaretAt);
+            if (CaretAt >= end) return NextOffset(Text, CaretAt);
             const TextOffset behind = WordAt(Text, CaretAt).To;
             const bool blank = KindOf(Text.Text(behind, 1).append(1, 'x')[0]) == Kind::kBlank;
             return blank && behind < end ? WordAt(Text, behind).To : behind;
@@ -104,7 +104,7 @@ TextOffset DisplaySelection::Target(Move move) const {
 
 void DisplaySelection::MoveLines(std::int64_t lines, bool extend, const LayoutRules& rules) {
     const std::int64_t column = WantedColumn >= 0 ? WantedColumn : ColumnOf(Text, CaretAt, rules);
-    MoveCaret(PlaceInLine(Text, Text.LineAt(CaretAt) + lines, 2 * column, rules), extend);
+    MoveCaret(OffsetInLine(Text, Text.LineAt(CaretAt) + lines, 2 * column, rules), extend);
     WantedColumn = column;
 }
 

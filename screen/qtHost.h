@@ -15,19 +15,19 @@ extern bool UseToolkitDialogs;
 
 /// A text for a message box: a word that no screen is wide enough for, a long path for one, may be
 /// broken anywhere.
-QString Breakable(QString text);
+QString BreakLongWords(QString text);
 
 /// The window that a dialog opened now belongs to.
 QWidget* DialogOwner();
 
 /// While one lives, the hourglass is put away: a dialog waits for the person, not the other way
 /// round.
-class PointerPause {
+class NormalPointerScope {
   public:
-    PointerPause();
-    ~PointerPause();
-    PointerPause(const PointerPause&) = delete;
-    PointerPause& operator=(const PointerPause&) = delete;
+    NormalPointerScope();
+    ~NormalPointerScope();
+    NormalPointerScope(const NormalPointerScope&) = delete;
+    NormalPointerScope& operator=(const NormalPointerScope&) = delete;
 };
 
 }  // namespace tessel

@@ -50,7 +50,8 @@ TEST_F(DeskTest, KeysAloneOpenMenusAndChooseModes) {
     Click(The("Boot Sector"));
     The("Dump").setFocus();
     Key(Qt::Key_Return);
-    EXPECT_TRUE(Told().starts_with("0")) << "Enter works a mode: " << Told().substr(0, 40);
+    EXPECT_TRUE(DisplayText().starts_with("0"))
+        << "Enter works a mode: " << DisplayText().substr(0, 40);
 }
 
 TEST_F(DeskTest, ADroppedImageIsOpenedButNothingElse) {
@@ -80,7 +81,7 @@ TEST_F(DeskTest, ADroppedImageIsOpenedButNothingElse) {
     Busy = true;
     EXPECT_FALSE(drop({first}));
     Busy = false;
-    Upon<QMessageBox>([](QMessageBox& box) {
+    OnDialog<QMessageBox>([](QMessageBox& box) {
         EXPECT_TRUE(box.text().startsWith("Error # 53 ")) << box.text().toStdString();
         Key(Qt::Key_Return);
     });

@@ -14,11 +14,11 @@ namespace tessel {
 
 /// Settings that live in memory, and in a file when one is named: a line a value, section, key and
 /// text with a tab between, "\" "n" and "t" behind a "\".
-class DeskSettings {
+class ScriptSettings {
   public:
     /// With a path, what the file holds is read now and every write goes to it. A file that cannot
     /// be read holds nothing; one that cannot be written raises.
-    explicit DeskSettings(std::string path = "") { Load(std::move(path)); }
+    explicit ScriptSettings(std::string path = "") { Load(std::move(path)); }
     void Load(std::string path);
     std::string Read(const std::string& section, const std::string& key,
                      const std::string& otherwise) const;
@@ -40,11 +40,11 @@ struct NoAnswer {};
 
 /// A desk without a screen: it answers dialogs with what was queued, and hands message boxes on.
 /// While it lives it stands as TheHost for one window.
-class ScriptedDesk {
+class ScriptedDesktop {
   public:
     /// Fills TheHost. `showBox` gets each message box (title, text) when it appears.
-    ScriptedDesk(formTessel& form, DeskSettings& settings,
-                 std::function<void(const std::string&, const std::string&)> showBox);
+    ScriptedDesktop(formTessel& form, ScriptSettings& settings,
+                    std::function<void(const std::string&, const std::string&)> showBox);
 
     std::deque<std::optional<std::string>> Files;   ///< nullopt is Cancel
     std::deque<std::optional<std::string>> Inputs;  ///< nullopt is Cancel; so is an empty queue
@@ -55,12 +55,12 @@ class ScriptedDesk {
     std::optional<CommonDialog> LastDialog;  ///< as the program had set it
     bool Ended = false;                      ///< the program has ended
     bool Hourglass = false;
-    long EventTurnsTaken = 0;
+    long DoEventsCount = 0;
 
   private:
     void AnswerFile(CommonDialog& dialog);
     void AnswerFolder();
-    void LetEventsIn();
+    void ProcessEvents();
 
     formTessel& Form;
 };

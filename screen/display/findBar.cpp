@@ -1,4 +1,4 @@
-#include "screen/display/findLine.h"
+#include "screen/display/findBar.h"
 
 #include <QCheckBox>
 #include <QElapsedTimer>
@@ -28,10 +28,10 @@ QToolButton* AddButton(QHBoxLayout* row, const QString& caption, const QString& 
 
 }  // namespace
 
-FindLine::FindLine(const TextDisplay& text, View view, QWidget* parent)
+FindBar::FindBar(const TextDisplay& text, View view, QWidget* parent)
     : QWidget(parent),
       Text(text),
-      Asked(std::move(view)),
+      Owner(std::move(view)),
       Field(new QLineEdit),
       Case(new QCheckBox(QStringLiteral("Match case"))),
       Words(new QLabel) {
@@ -60,52 +60,52 @@ FindLine::FindLine(const TextDisplay& text, View view, QWidget* parent)
 
     Turn.setInterval(0);
     connect(&Turn, &QTimer::timeout, this, [this] { Step(); });
-    connect(Field, &QLineEdit::textEdited, this, [this] { GiveUp(); });
-    connect(Case, &QCheckBox::toggled, this, [this] { GiveUp(); });
+    connect(Field, &QLineEdit::textEdited, this, [this] { CancelSearch(); });
+    connect(Case, &QCheckBox::toggled, this, [this] { CancelSearch(); });
     connect(next, &QToolButton::clicked, this, [this] { Search(false); });
     connect(previous, &QToolButton::clicked, this, [this] { Search(true); });
     connect(close, &QToolButton::clicked, this, [this] { Close(); });
 }
 
-void FindLine::Ask(const QString& wanted) {
+void FindBar::Open(const QString& wanted) {
     if (!wanted.isEmpty()) {
-        GiveUp();
+        CancelSearch();
         Field->setText(wanted);
     }
     Field->selectAll();
     Field->setFocus(Qt::ShortcutFocusReason);
 }
 
-QString FindLine::Wanted() const { return Field->text(); }
+QString FindBar::Query() const { return Field->text(); }
 
-void FindLine::Close() {
-    GiveUp();
+void FindBar::Close() {
+    CancelSearch();
     hide();
-    Asked.Closed();
+    Owner.Closed();
 }
 
-void FindLine::Search(bool backwards) {
+void FindBar::Search(bool backwards) {
     if (Field->text().isEmpty()) return;
-    SearchWish wish{Field->text().toStdString(), Case->isChecked(), backwards};
-    if (Running && Running->Wish() == wish) return;  // it is on its way
-    const TextRange selected = Asked.Selected();
+    SearchQuery query{Field->text().toStdString(), Case->isChecked(), backwards};
+    if (Running && Running->Query() == query) return;  // it is on its way
+    const TextRange selected = Owner.Selected();
     const TextOffset from = backwards ? selected.From : selected.To;
-    Running.emplace(Text, std::move(wish), from);
-    Say(QString());
+    Running.emplace(Text, std::move(query), from);
+    ShowStatus(QString());
     Turn.start();
 }
 
-void FindLine::GiveUp() {
+void FindBar::CancelSearch() {
     Turn.stop();
     Running.reset();
-    Say(QString());
+    ShowStatus(QString());
 }
 
-QString FindLine::Status() const { return Words->text(); }
+QString FindBar::Status() const { return Words->text(); }
 
-void FindLine::Step() {
+void FindBar::Step() {
     if (!Running || Running->IsOutdated()) {
-        GiveUp();
+        CancelSearch();
         return;
     }
     QElapsedTimer turn;
@@ -117,26 +117,26 @@ void FindLine::Step() {
     }
     if (state == TextSearch::State::kGoing) {
         const QString words = QStringLiteral("Searching… %1 %").arg(Running->Percent());
-        if (words != Words->text()) Say(words);
+        if (words != Words->text()) ShowStatus(words);
         return;
     }
     const TextSearch answered = *Running;
     Turn.stop();
     Running.reset();
     if (state == TextSearch::State::kNone) {
-        Say(QStringLiteral("No match"), true);
+        ShowStatus(QStringLiteral("No match"), true);
         return;
     }
     if (!answered.Wrapped()) {
-        Say(QString());
+        ShowStatus(QString());
     } else {
-        Say(answered.Wish().Backwards ? QStringLiteral("Went on from the end")
-                                      : QStringLiteral("Went on from the top"));
+        ShowStatus(answered.Query().Backwards ? QStringLiteral("Went on from the end")
+                                              : QStringLiteral("Went on from the top"));
     }
-    Asked.ShowFound({answered.Hit(), answered.Hit() + answered.HitSize()});
+    Owner.ShowFound({answered.Hit(), answered.Hit() + answered.HitSize()});
 }
 
-void FindLine::Say(const QString& words, bool failed) {
+void FindBar::ShowStatus(const QString& words, bool failed) {
     QPalette colours;
     if (failed) {
         const bool dark = palette().color(QPalette::Window).lightness() < 128;
@@ -147,7 +147,7 @@ void FindLine::Say(const QString& words, bool failed) {
     Words->setText(words);
 }
 
-bool FindLine::event(QEvent* event) {
+bool FindBar::event(QEvent* event) {
     // Elsewhere Esc belongs to the window; here it closes the line, also when the window has made a
     // shortcut of it.
     if (event->type() == QEvent::ShortcutOverride) {
@@ -160,7 +160,7 @@ bool FindLine::event(QEvent* event) {
     return QWidget::event(event);
 }
 
-void FindLine::keyPressEvent(QKeyEvent* event) {
+void FindBar::keyPressEvent(QKeyEvent* event) {
     const bool shift = event->modifiers().testFlag(Qt::ShiftModifier);
     switch (event->key()) {
         case Qt::Key_Escape:

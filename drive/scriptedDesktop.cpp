@@ -1,4 +1,4 @@
-#include "drive/desk.h"
+#include "drive/scriptedDesktop.h"
 
 #include <fstream>
 
@@ -37,7 +37,7 @@ std::string Unescaped(const std::string& line) {
 
 }  // namespace
 
-void DeskSettings::Load(std::string path) {
+void ScriptSettings::Load(std::string path) {
     Path = std::move(path);
     Values.clear();
     if (Path.empty()) return;
@@ -53,14 +53,14 @@ void DeskSettings::Load(std::string path) {
     }
 }
 
-std::string DeskSettings::Read(const std::string& section, const std::string& key,
-                               const std::string& otherwise) const {
+std::string ScriptSettings::Read(const std::string& section, const std::string& key,
+                                 const std::string& otherwise) const {
     const auto value = Values.find({section, key});
     return value == Values.end() ? otherwise : value->second;
 }
 
-void DeskSettings::Write(const std::string& section, const std::string& key,
-                         const std::string& text) {
+void ScriptSettings::Write(const std::string& section, const std::string& key,
+                           const std::string& text) {
     Values[{section, key}] = text;
     if (Path.empty()) return;
     std::ofstream file(Path, std::ios::binary | std::ios::trunc);
@@ -71,8 +71,9 @@ void DeskSettings::Write(const std::string& section, const std::string& key,
     if (!file.flush()) Raise(kPathFileAccessError);
 }
 
-ScriptedDesk::ScriptedDesk(formTessel& form, DeskSettings& settings,
-                           std::function<void(const std::string&, const std::string&)> showBox)
+ScriptedDesktop::ScriptedDesktop(
+    formTessel& form, ScriptSettings& settings,
+    std::function<void(const std::string&, const std::string&)> showBox)
     : Form(form) {
     TheHost = {
         .MessageBox =
@@ -89,7 +90,7 @@ ScriptedDesk::ScriptedDesk(formTessel& form, DeskSettings& settings,
         .ShowOpen = [this](CommonDialog& dialog) { AnswerFile(dialog); },
         .ShowSave = [this](CommonDialog& dialog) { AnswerFile(dialog); },
         .ShowModal = [this](Window&) { AnswerFolder(); },
-        .DoEvents = [this] { LetEventsIn(); },
+        .DoEvents = [this] { ProcessEvents(); },
         .SetPointer = [this](bool hourglass) { Hourglass = hourglass; },
         .EndProgram = [this] { Ended = true; },
         .Settings =
@@ -105,7 +106,7 @@ ScriptedDesk::ScriptedDesk(formTessel& form, DeskSettings& settings,
             }};
 }
 
-void ScriptedDesk::AnswerFile(CommonDialog& dialog) {
+void ScriptedDesktop::AnswerFile(CommonDialog& dialog) {
     LastDialog = dialog;
     if (Files.empty()) throw NoAnswer{};
     const std::optional<std::string> answer = Files.front();
@@ -115,7 +116,7 @@ void ScriptedDesk::AnswerFile(CommonDialog& dialog) {
     dialog.FileTitle = FileTitleOf(*answer);
 }
 
-void ScriptedDesk::AnswerFolder() {
+void ScriptedDesktop::AnswerFolder() {
     FolderAnswer answer;
     if (!Folders.empty()) {
         answer = Folders.front();
@@ -140,8 +141,8 @@ void ScriptedDesk::AnswerFolder() {
     }
 }
 
-void ScriptedDesk::LetEventsIn() {
-    ++EventTurnsTaken;
+void ScriptedDesktop::ProcessEvents() {
+    ++DoEventsCount;
     if (OnEvents) OnEvents();
     if (StopAt > 0 && --StopAt == 0) Form.cmdABORT.Press();
 }

@@ -1,4 +1,4 @@
-#include "fuzz/visitor.h"
+#include "fuzz/userSimulator.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -30,30 +30,30 @@ bool IsDirectoryLine(const std::string& text) { return text.starts_with('['); }
 
 }  // namespace
 
-Visitor::Visitor(bool savesAnywhere) : SavesAnywhere(savesAnywhere) {
+UserSimulator::UserSimulator(bool savesAnywhere) : SavesAnywhere(savesAnywhere) {
     memory::Reset();
     ResetVolume();
     RecentPaths = {};
     Program = std::make_unique<Script>(Out, Out, Settings);
-    Program->Desk.OnEvents = [this] {
-        if (--TurnsLeft > 0) return;
+    Program->Desktop.OnEvents = [this] {
+        if (--EventsLeft > 0) return;
         Program->Form.cmdABORT.Press();
         if (!Busy) Program->Form.mnuClose.Press();  // what ends Save Display
     };
 }
 
-Visitor::~Visitor() {
+UserSimulator::~UserSimulator() {
     Program->Finish();
     ResetVolume();
     TheHost = {};
 }
 
-void Visitor::Do(const std::string& scriptLine) {
-    TurnsLeft = kPatience;
+void UserSimulator::Do(const std::string& scriptLine) {
+    EventsLeft = kPatience;
     ++Steps;
     Out.str("");
     // A file dialog that nobody has an answer for is cancelled.
-    auto& answers = Program->Desk.Files;
+    auto& answers = Program->Desktop.Files;
     const bool unanswered = answers.empty();
     if (unanswered) answers.emplace_back();
     Program->RunLine(scriptLine);
@@ -61,27 +61,27 @@ void Visitor::Do(const std::string& scriptLine) {
     CheckWindow();
 }
 
-void Visitor::Open(const std::string& path) {
+void UserSimulator::Open(const std::string& path) {
     Steps = 0;
     Do("file " + path);
     Do("menu Open");
 }
 
-void Visitor::CheckWindow() {
+void UserSimulator::CheckWindow() {
     formTessel& form = Program->Form;
     Hold(!Busy, "no operation goes on after its command");
     Hold(!form.VolumeOpen || Drives[1].IsOpen, "an image is open where a volume is listed");
     Hold(form.VolumeOpen || form.listDIR.Count() == 0, "no list without a volume");
     Hold(form.listDIR.ListIndex() < form.listDIR.Count(), "the selected line is one of the list");
     Hold(form.DirDepth >= 0 && form.DirDepth < 512, "the level is one of the stack");
-    Hold(!Program->Desk.Hourglass, "the usual pointer after each command");
+    Hold(!Program->Desktop.Hourglass, "the usual pointer after each command");
     CheckText();
-    if (!SavesAnywhere) CheckMade();
+    if (!SavesAnywhere) CheckCreatedPaths();
 }
 
-void Visitor::CheckMade() const {
+void UserSimulator::CheckCreatedPaths() const {
     const std::string chosen = std::string(memory::kChosen) + FolderSeparator();
-    for (const std::string& made : memory::Made()) {
+    for (const std::string& made : memory::CreatedPaths()) {
         Hold(made.starts_with(chosen), "everything is made below the chosen folder");
         const std::string name = made.substr(chosen.size());
         Hold(std::all_of(name.begin(), name.end(), [](unsigned char c) { return c >= 32; }),
@@ -90,7 +90,7 @@ void Visitor::CheckMade() const {
     }
 }
 
-void Visitor::CheckText() const {
+void UserSimulator::CheckText() const {
     const TextDisplay& text = Program->Form.rtfDisplay.Text;
     const std::int64_t size = text.Size();
     const std::int64_t lines = text.LineCount();
@@ -120,7 +120,7 @@ void Visitor::CheckText() const {
     }
 }
 
-void Visitor::TryEntry(int line) {
+void UserSimulator::TryEntry(int line) {
     for (const char* mode : {"File info", "Display", "Dump"}) {
         Do(std::string("choose ") + mode);
         Do("select " + std::to_string(line));
@@ -129,7 +129,7 @@ void Visitor::TryEntry(int line) {
     Do("menu Save File");
 }
 
-void Visitor::EnterDirectories(int depth) {
+void UserSimulator::EnterDirectories(int depth) {
     ListBox& list = Program->Form.listDIR;
     for (int line = 0; line < std::min(list.Count(), kMostLines); ++line) {
         if (Steps >= kMostSteps) return;
@@ -152,7 +152,7 @@ void Visitor::EnterDirectories(int depth) {
     }
 }
 
-void Visitor::LookAround() {
+void UserSimulator::TryEverything() {
     for (const char* button : {"Boot Sector", "FAT0", "Root", "Directory"}) {
         Do(std::string("press ") + button);
         Do(std::string("file ") + memory::kChosen + FolderSeparator() + "text");

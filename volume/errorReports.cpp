@@ -1,4 +1,4 @@
-#include "volume/failureReports.h"
+#include "volume/errorReports.h"
 
 namespace tessel {
 namespace {
@@ -11,7 +11,7 @@ constexpr const char* kHiddenHint = "File may be Hidden or System";
 
 }  // namespace
 
-std::string OpenFailureReport(const RuntimeError& error, const std::string& path) {
+std::string OpenErrorReport(const RuntimeError& error, const std::string& path) {
     const char* hint = error.Number == kPathFileAccessError ? kNetworkShareHint : kHiddenHint;
     return ErrorReport(error) + "\r\n" + hint + "\r\n" + path;
 }

@@ -1,4 +1,4 @@
-#include "screen/hostDesk.h"
+#include "screen/qtHost.h"
 
 #include <QApplication>
 #include <QGridLayout>
@@ -21,12 +21,12 @@ constexpr const char* kStoreName = "Tessel";
 
 /// One hourglass at most, however often it is asked for.
 struct Pointer {
-    bool Wanted = false;
+    bool Hourglass = false;
     int Dialogs = 0;
     bool Shown = false;
 
     void Follow() {
-        const bool show = Wanted && Dialogs == 0;
+        const bool show = Hourglass && Dialogs == 0;
         if (show == Shown) return;
         Shown = show;
         if (show) {
@@ -46,11 +46,11 @@ int TitleWidth(const QWidget& dialog) {
 }
 
 void ShowMessage(const std::string& text, const std::string& title) {
-    const PointerPause pause;
+    const NormalPointerScope pause;
     QMessageBox box(DialogOwner());
     box.setWindowTitle(ToQt(title));
     box.setTextFormat(Qt::PlainText);
-    box.setText(Breakable(ToQt(text).replace("\r\n", "\n")));
+    box.setText(BreakLongWords(ToQt(text).replace("\r\n", "\n")));
     box.setStandardButtons(QMessageBox::Ok);
     if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
         grid->addItem(new QSpacerItem(TitleWidth(box), 0), grid->rowCount(), 0, 1,
@@ -60,7 +60,7 @@ void ShowMessage(const std::string& text, const std::string& title) {
 }
 
 std::string AskText(const std::string& prompt, const std::string& title, const std::string& text) {
-    const PointerPause pause;
+    const NormalPointerScope pause;
     QInputDialog dialog(DialogOwner());
     dialog.setInputMode(QInputDialog::TextInput);
     dialog.setWindowTitle(ToQt(title));
@@ -90,17 +90,17 @@ void WriteSetting(const std::string& section, const std::string& key, const std:
 
 }  // namespace
 
-PointerPause::PointerPause() {
+NormalPointerScope::NormalPointerScope() {
     ++ThePointer.Dialogs;
     ThePointer.Follow();
 }
 
-PointerPause::~PointerPause() {
+NormalPointerScope::~NormalPointerScope() {
     --ThePointer.Dialogs;
     ThePointer.Follow();
 }
 
-QString Breakable(QString text) {
+QString BreakLongWords(QString text) {
     constexpr QChar kMayBreak(0x200B);
     constexpr int kLongWord = 60;
     int word = 0;
@@ -130,7 +130,7 @@ void FillHost() {
     TheHost.ShowSave = [](CommonDialog& dialog) { ShowFileDialog(dialog, true); };
     TheHost.DoEvents = [] { QCoreApplication::processEvents(); };
     TheHost.SetPointer = [](bool hourglass) {
-        ThePointer.Wanted = hourglass;
+        ThePointer.Hourglass = hourglass;
         ThePointer.Follow();
     };
     // Not quit(): that asks the windows to close first, and a window asks its record, which is

@@ -16,7 +16,7 @@ namespace tessel {
 
 /// The line below the display in which a person searches its text. A search runs in steps between
 /// events, and ends when it is answered, when another is begun, or when it is given up.
-class FindLine : public QWidget {
+class FindBar : public QWidget {
   public:
     /// What the line asks of the view that it belongs to.
     struct View {
@@ -25,17 +25,17 @@ class FindLine : public QWidget {
         std::function<void()> Closed;              ///< the line was closed: take the focus back
     };
 
-    FindLine(const TextDisplay& text, View view, QWidget* parent);
+    FindBar(const TextDisplay& text, View view, QWidget* parent);
 
     /// Puts `wanted` into the field, unless that is empty, and the focus there.
-    void Ask(const QString& wanted);
+    void Open(const QString& wanted);
     /// What the field holds.
-    QString Wanted() const;
+    QString Query() const;
     void Close();
     /// Searches on for what the field holds; does nothing when that is nothing.
     void Search(bool backwards);
     /// Ends a search that has not been answered yet, and takes back what was said about the last.
-    void GiveUp();
+    void CancelSearch();
 
     bool IsSearching() const { return Running.has_value(); }
     QString Status() const;
@@ -46,10 +46,10 @@ class FindLine : public QWidget {
 
   private:
     void Step();
-    void Say(const QString& words, bool failed = false);
+    void ShowStatus(const QString& words, bool failed = false);
 
     const TextDisplay& Text;
-    View Asked;
+    View Owner;
     QLineEdit* Field;
     QCheckBox* Case;
     QLabel* Words;
