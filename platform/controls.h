@@ -43,6 +43,7 @@ struct Label {
     ControlBounds Bounds{};
     Property<std::string> Caption{};
     Property<TextColour> Colour{};
+    Property<std::string> Hint{};  ///< more about the caption: tool tip and accessible description
 };
 
 struct Button {

@@ -16,23 +16,35 @@ namespace {
 constexpr int kCaptionPixels = 11;
 constexpr int kLeastCaptionPixels = 8;
 
+/// A text that an image may have chosen, as one line.
+QString SingleLine(const std::string& text) {
+    QString line = ToQt(text);
+    for (QChar& unit : line) {
+        if (unit.category() == QChar::Other_Control) unit = u' ';
+    }
+    return line;
+}
+
 /// One line of plain text: whatever an image named something, it is neither markup nor a key.
 class LabelView : public QLabel {
   public:
-    LabelView(Label& label, QWidget* parent) : QLabel(parent), Record(label) {
+    LabelView(Label& label, const QString& meaning, QWidget* parent)
+        : QLabel(parent), Record(label), Meaning(meaning) {
         setTextFormat(Qt::PlainText);
     }
 
-    void Follow(const std::string& caption) {
-        QString text = ToQt(caption);
-        for (QChar& unit : text) {
-            if (unit.category() == QChar::Other_Control) unit = u' ';
-        }
+    void Follow() {
+        const QString text = SingleLine(Record.Caption);
+        const QString hint = SingleLine(Record.Hint);
         setText(text);
         setAccessibleName(text);
-        const bool fits = fontMetrics().horizontalAdvance(text) <= width();
-        setToolTip(fits ? QString()
-                        : "<span style='white-space:pre'>" + text.toHtmlEscaped() + "</span>");
+        setAccessibleDescription(hint.isEmpty() ? Meaning : Meaning + ". " + hint);
+        QString tip;
+        if (fontMetrics().horizontalAdvance(text) > width()) {
+            tip += "<div style='white-space:pre'>" + text.toHtmlEscaped() + "</div>";
+        }
+        if (!hint.isEmpty()) tip += "<div>" + hint.toHtmlEscaped() + "</div>";
+        setToolTip(tip);
     }
 
   protected:
@@ -51,6 +63,7 @@ class LabelView : public QLabel {
     }
 
     Label& Record;
+    QString Meaning;
 };
 
 /// A frame whose line runs at half the height of its caption, whatever the desktop's style: so it
@@ -155,11 +168,11 @@ QWidget* BindFrame(const Frame& frame, QWidget* parent) {
 }
 
 QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent) {
-    auto* view = new LabelView(label, parent);
+    auto* view = new LabelView(label, meaning, parent);
     view->setFont(CaptionFont());
     view->setGeometry(ToPixels(label.Bounds));
-    view->setAccessibleDescription(meaning);
-    label.Caption.Observe([view](const std::string& caption) { view->Follow(caption); });
+    label.Caption.Observe([view](const std::string&) { view->Follow(); });
+    label.Hint.Observe([view](const std::string&) { view->Follow(); });
     label.Colour.Observe([view](TextColour) { view->update(); });
     return view;
 }

@@ -142,7 +142,7 @@ QWidget& ScreenTest::The(const QString& name, const QWidget* in) const {
     for (QWidget* widget : (in != nullptr ? in : Screen.get())->findChildren<QWidget*>()) {
         const auto* button = qobject_cast<QAbstractButton*>(widget);
         if (button != nullptr && button->text().remove('&') == name) return *widget;
-        if (widget->accessibleDescription() == name) return *widget;
+        if (widget->accessibleDescription().startsWith(name)) return *widget;
     }
     throw std::invalid_argument("nothing is called " + name.toStdString());
 }
