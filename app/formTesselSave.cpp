@@ -12,7 +12,7 @@
 namespace tessel {
 namespace {
 
-/// Holds a flag raised as long as it lives.
+/// Sets a flag on construction and clears it on destruction.
 class ScopedFlag {
   public:
     explicit ScopedFlag(bool& flag) : Flag(flag) { Flag = true; }
@@ -35,12 +35,12 @@ std::string formTessel::SuggestedName() const {
 }
 
 void formTessel::mnuSaveFile_Click() {
-    // The menu may have been opened while a view still ran.
+    // The menu may have been opened while a view was still being made.
     if (!MaySaveFile()) return;
     SetBusy(true);
     std::string kind;
     const std::string path = GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "DOS");
-    // Its result is of no interest: the copy has told of any failure.
+    // The result is not needed: the copy has already reported any error.
     if (!path.empty()) SaveEntryToFile(SelectedEntry().value_or(0), path);
     SetBusy(false);
 }
@@ -52,8 +52,8 @@ void formTessel::mnuSaveTxt_Click() {
         GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "Display as Text");
     if (path.empty()) return;
     DeleteExistingFile(path);
-    // Events are let in while a long text is written. It is the text of this moment that is saved,
-    // and the image that it is made from stays open until then.
+    // Events are processed while a long text is written, so a copy of the present text is saved.
+    // The image that it is generated from stays open until then.
     TextDisplay text = rtfDisplay.Text;
     text.Changed = nullptr;
     const ScopedFlag saving(SavingText);

@@ -20,7 +20,7 @@ void MirroredFolders::Add(const std::string& folderName) {
 }
 
 bool MirroredFolders::ChosenFolderIsThere() {
-    // Nothing to do for the next file when all folders still stand.
+    // Nothing to do for the next file while all folders still exist.
     Entered = Entered && std::all_of(Folders.begin(), Folders.end(), IsRealFolder);
     if (Entered) return true;
     try {
@@ -41,7 +41,7 @@ bool MirroredFolders::Enter() const {
         try {
             ChangeFolder(folder);
         } catch (const RuntimeError& error) {
-            // Any other failure than a missing folder passes the level over: the copy will tell.
+            // Any error except a missing folder skips the level: the copy will report it.
             if (error.Number != kPathNotFound) {
                 all = false;
                 continue;
@@ -53,13 +53,13 @@ bool MirroredFolders::Enter() const {
     return all;
 }
 
-bool MirroredFolders::HoldsLink() const {
+bool MirroredFolders::ContainsLink() const {
     return std::any_of(Folders.begin(), Folders.end(), IsLink);
 }
 
 bool MirroredFolders::Save(Long row, const std::string& path) {
-    if (!Entered && HoldsLink()) {
-        // The link stands in the way of every file: telling of it once is enough.
+    if (!Entered && ContainsLink()) {
+        // The link is in the way of every file: one report is enough.
         if (!std::exchange(LinkReported, true)) {
             const RuntimeError refused(kFileAlreadyExists, kProjectName,
                                        ErrorText(kFileAlreadyExists));
@@ -70,7 +70,7 @@ bool MirroredFolders::Save(Long row, const std::string& path) {
     try {
         if (!Entered) Entered = Enter();
     } catch (const RuntimeError&) {
-        // Where a folder could not be created the copy fails, and tells of it.
+        // Without its folder the copy fails and reports the error.
     }
     try {
         return SaveEntryToFile(row, path);

@@ -12,80 +12,80 @@
 namespace tessel {
 namespace {
 
-/// A number of its own, so that the display can be saved while a copy runs.
+/// Different from the copy's file number, so that the display can be saved during a copy.
 constexpr int kTextFile = 21;
 
-/// Whether every line break of `text` is a CR LF already: an LF stands behind each CR, and nowhere
-/// else. Told without a branch, so that the compiler can take many characters at once.
+/// Whether every line break of `text` is a CR LF already: an LF follows each CR and appears nowhere
+/// else. The loop has no branch, so that the compiler can vectorise it.
 bool IsConverted(std::string_view text) {
     if (text.empty()) return true;
     if (text.front() == '\n' || text.back() == '\r') return false;
     unsigned char wrong = 0;
     for (std::size_t i = 1; i < text.size(); ++i) {
-        const bool behindCr = text[i - 1] == '\r';
-        wrong |= static_cast<unsigned char>(behindCr != (text[i] == '\n'));
+        const bool afterCr = text[i - 1] == '\r';
+        wrong |= static_cast<unsigned char>(afterCr != (text[i] == '\n'));
     }
     return wrong == 0;
 }
 
-/// Writes one part while the next is made: a dump is made about as fast as a disk cache takes it.
-/// Lets events in, also while a disk makes it wait.
+/// Writes one part on a second thread while the caller generates the next: a dump is generated
+/// about as fast as the disk cache accepts it. Pending events are processed while it waits.
 class PartWriter {
   public:
-    /// `size` is that of all parts, in bytes.
-    explicit PartWriter(std::int64_t size) : Shown(size), Put(WriterOf(kTextFile)) {}
+    /// `size` is the size of all parts together, in bytes.
+    explicit PartWriter(std::int64_t size) : Shown(size), Writer(WriterOf(kTextFile)) {}
 
-    /// Takes `part` and leaves some other text in its place. Raises what writing the part before it
-    /// raised.
+    /// Takes over the content of `part`, which is unspecified afterwards. Raises the error of
+    /// writing the previous part.
     void Write(std::string& part) {
         Events.Process();
         Finish();
-        Shown.Show(Taken);
-        Held.swap(part);
-        Taken += std::ssize(Held);
-        if (Held.size() < kWorthAThread) {
-            PutHeld();
+        Shown.Show(Accepted);
+        Buffer.swap(part);
+        Accepted += std::ssize(Buffer);
+        if (Buffer.size() < kThreadThreshold) {
+            WriteBuffer();
         } else {
-            Written = std::async([this] { PutHeld(); });
+            Pending = std::async([this] { WriteBuffer(); });
         }
     }
 
-    /// Returns when all is written. Raises what writing raised.
+    /// Returns when every part is written. Raises the error of writing the last one.
     void Finish() {
-        if (!Written.valid()) return;
-        while (Written.wait_for(kWait) == std::future_status::timeout) Events.Process();
-        Written.get();
+        if (!Pending.valid()) return;
+        while (Pending.wait_for(kWait) == std::future_status::timeout) Events.Process();
+        Pending.get();
     }
 
   private:
     static constexpr std::chrono::milliseconds kWait{8};
-    static constexpr std::size_t kWorthAThread = std::size_t{256} * 1024;
+    static constexpr std::size_t kThreadThreshold = std::size_t{256} * 1024;
 
-    void PutHeld() { Put({reinterpret_cast<const Byte*>(Held.data()), Held.size()}); }
+    void WriteBuffer() { Writer({reinterpret_cast<const Byte*>(Buffer.data()), Buffer.size()}); }
 
     EventPump Events;
     Progress Shown;
-    std::int64_t Taken = 0;
-    std::function<void(std::span<const Byte>)> Put;
-    std::string Held;
-    std::future<void> Written;  // waits on its way out, in front of what it reads
+    std::int64_t Accepted = 0;  // bytes
+    std::function<void(std::span<const Byte>)> Writer;
+    std::string Buffer;
+    std::future<void> Pending;  // last: its destructor waits for the thread that reads Buffer
 };
 
 }  // namespace
 
 void LineEnds::Convert(std::string& part, bool onlyCrLf) {
-    // Nearly every text is right as it stands, and large.
-    if (!HeldCr && (onlyCrLf || IsConverted(part))) return;
+    // Most texts need no conversion, and they are large.
+    if (!PendingCr && (onlyCrLf || IsConverted(part))) return;
     std::string converted;
     converted.reserve(part.size() + 2);
     for (const char c : part) {
-        if (HeldCr) {
+        if (PendingCr) {
             converted += "\r\n";
-            HeldCr = false;
+            PendingCr = false;
             if (c == '\n') continue;
         }
         if (c == '\r') {
-            HeldCr = true;
+            PendingCr = true;
         } else if (c == '\n') {
             converted += "\r\n";
         } else {
@@ -95,7 +95,7 @@ void LineEnds::Convert(std::string& part, bool onlyCrLf) {
     part = std::move(converted);
 }
 
-std::string LineEnds::Rest() { return std::exchange(HeldCr, false) ? "\r\n" : ""; }
+std::string LineEnds::Rest() { return std::exchange(PendingCr, false) ? "\r\n" : ""; }
 
 bool WriteTextFile(const TextDisplay& display, const std::string& path, const bool& stop) {
     struct Stopped {};
@@ -118,7 +118,7 @@ bool WriteTextFile(const TextDisplay& display, const std::string& path, const bo
         try {
             CloseFile(kTextFile);
         } catch (const RuntimeError&) {
-            // The failure on the way tells more than that of the close.
+            // The first error says more than the error of closing.
         }
         throw;
     }

@@ -6,22 +6,22 @@
 
 namespace tessel {
 
-/// Turns every line break of a text that comes in parts into CR LF.
+/// Converts every line break of a text that arrives in parts to CR LF.
 class LineEnds {
   public:
-    /// Makes the line breaks of `part` CR LF. A CR at its end waits for what follows, unless
-    /// `onlyCrLf` tells that the text around it has no other line breaks.
+    /// Converts the line breaks of `part` in place. A CR at its end is kept back until the next
+    /// part, unless `onlyCrLf` says that the text has no line breaks except CR LF.
     void Convert(std::string& part, bool onlyCrLf);
-    /// What still waits when the text has ended.
+    /// Returns what is still kept back at the end of the text.
     std::string Rest();
 
   private:
-    bool HeldCr = false;
+    bool PendingCr = false;
 };
 
-/// Writes a display's text to a new file as UTF-8 with CR LF, part by part, and lets events in
-/// between them. False when they set `stop`: the file then holds the first parts. Raises what
-/// creating and writing a file raise.
+/// Writes a display's text to a new file as UTF-8 with CR LF, and processes pending events between
+/// parts. Returns false when an event sets `stop`: the file then holds the first parts. Raises the
+/// errors of creating and of writing a file.
 bool WriteTextFile(const TextDisplay& display, const std::string& path, const bool& stop);
 
 }  // namespace tessel

@@ -15,14 +15,14 @@
 namespace tessel {
 namespace {
 
-/// Whether files of people can lie on a file system of this type.
-bool HoldsFiles(std::string_view type) {
-    constexpr std::array<std::string_view, 22> kKernelsOwn = {
+/// Whether a file system of this type can hold files of a user.
+bool HoldsUserFiles(std::string_view type) {
+    constexpr std::array<std::string_view, 22> kKernelTypes = {
         "autofs",     "binfmt_misc", "bpf",    "cgroup",   "cgroup2",  "configfs",
         "debugfs",    "devfs",       "devpts", "devtmpfs", "efivarfs", "fusectl",
         "hugetlbfs",  "mqueue",      "nsfs",   "proc",     "pstore",   "rpc_pipefs",
         "securityfs", "squashfs",    "sysfs",  "tracefs"};
-    return std::find(kKernelsOwn.begin(), kKernelsOwn.end(), type) == kKernelsOwn.end();
+    return std::find(kKernelTypes.begin(), kKernelTypes.end(), type) == kKernelTypes.end();
 }
 
 std::vector<std::string> MountedFolders() {
@@ -30,7 +30,7 @@ std::vector<std::string> MountedFolders() {
 #ifdef __linux__
     if (std::FILE* table = setmntent("/proc/self/mounts", "re")) {
         while (const mntent* mount = getmntent(table)) {
-            if (HoldsFiles(mount->mnt_type)) folders.emplace_back(mount->mnt_dir);
+            if (HoldsUserFiles(mount->mnt_type)) folders.emplace_back(mount->mnt_dir);
         }
         endmntent(table);
     }
@@ -38,13 +38,13 @@ std::vector<std::string> MountedFolders() {
     struct statfs* mounts = nullptr;
     const int count = getmntinfo(&mounts, MNT_NOWAIT);
     for (int i = 0; i < count; ++i) {
-        if (HoldsFiles(mounts[i].f_fstypename)) folders.emplace_back(mounts[i].f_mntonname);
+        if (HoldsUserFiles(mounts[i].f_fstypename)) folders.emplace_back(mounts[i].f_mntonname);
     }
 #endif
     return folders;
 }
 
-bool Begins(const std::string& folder, const std::string& path) {
+bool Contains(const std::string& folder, const std::string& path) {
     if (folder == "/") return path.starts_with('/');
     return path == folder || path.starts_with(folder + "/");
 }
@@ -62,10 +62,10 @@ std::vector<std::string> HostDrives() {
 }
 
 std::string DriveOf(const std::string& path) {
-    // By the text alone: asking a mount whose server is gone would wait for it.
-    std::string longest = Begins("/", path) ? "/" : "";
+    // Compared as text: a call on a mount whose server is gone would block.
+    std::string longest = Contains("/", path) ? "/" : "";
     for (const std::string& drive : MountedFolders()) {
-        if (Begins(drive, path) && drive.size() > longest.size()) longest = drive;
+        if (Contains(drive, path) && drive.size() > longest.size()) longest = drive;
     }
     return longest;
 }

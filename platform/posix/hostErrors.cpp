@@ -35,7 +35,7 @@ void RaiseHostError(int hostError) {
         case ESTALE:
         case ETIMEDOUT:
             Raise(kDeviceIoError);
-        default:  // EACCES, EPERM, EROFS, EISDIR, ELOOP, ENXIO, EMFILE and their like
+        default:  // EACCES, EPERM, EROFS, EISDIR, ELOOP, ENXIO, EMFILE and similar
             Raise(kPathFileAccessError);
     }
 }

@@ -4,7 +4,7 @@
 
 namespace tessel {
 
-/// Raises the program's error for an errno value: the one place where host failures get numbers.
+/// Raises the program's error for an errno value: the one place that maps host errors to numbers.
 [[noreturn]] void RaiseHostError(int hostError);
 
 /// As above for a failure to open or create `path`: tells a missing folder (76) from a missing file

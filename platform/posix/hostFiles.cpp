@@ -22,7 +22,7 @@ std::string SafeName(const std::string& name) { return SafePosixName(name); }
 
 std::string CurrentFolder() {
     std::array<char, PATH_MAX> path{};
-    // A folder that was removed under the process has no path any more.
+    // A current folder that was removed has no path any more.
     return getcwd(path.data(), path.size()) == nullptr ? "/" : path.data();
 }
 

@@ -34,7 +34,7 @@ void RefuseUsedNumber(int number) {
     if (OpenFiles().contains(number)) Raise(kFileAlreadyOpen);
 }
 
-/// A path with a NUL inside would name another file than the one that was asked for.
+/// A path with a NUL inside would name another file than the requested one.
 void RefuseNul(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
 }
@@ -43,8 +43,8 @@ bool IsSame(const struct stat& one, const struct stat& other) {
     return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
-/// Bytes for one call. They are still in the processor's caches when the kernel takes them, and a
-/// call with eight times as many was seen to take up to four times as long a byte.
+/// Bytes for one call. So few are still in the processor's caches when the kernel copies them; a
+/// call with eight times as many took up to four times as long per byte.
 constexpr std::size_t kWriteAtOnce = std::size_t{128} * 1024;
 
 void WriteAll(int descriptor, std::span<const Byte> bytes) {
@@ -63,7 +63,7 @@ void WriteAll(int descriptor, std::span<const Byte> bytes) {
 void OpenForReading(int number, const std::string& path) {
     RefuseUsedNumber(number);
     RefuseNul(path);
-    // Not blocking: a pipe with nobody at its other end must not hold the window.
+    // Not blocking: a pipe without a writer must not block the window.
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0) RaiseOpenError(errno, path.c_str());
     struct stat status {};
@@ -126,7 +126,7 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
             const ssize_t count = pread(descriptor, bytes.data() + good, wanted, offset);
             if (count < 0 && errno == EINTR) continue;
             if (count < 0) break;
-            // Behind the end of the file there are zeros.
+            // Bytes past the end of the file are zeros.
             if (count == 0) std::fill_n(bytes.data() + good, wanted, Byte{0});
             const std::size_t got = count == 0 ? wanted : static_cast<std::size_t>(count);
             good += got;

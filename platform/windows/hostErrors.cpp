@@ -36,7 +36,7 @@ void RaiseHostError(unsigned long hostError) {
         case ERROR_NOT_READY:
         case ERROR_IO_DEVICE:
             Raise(kDeviceIoError);
-        default:  // ERROR_ACCESS_DENIED and its like
+        default:  // ERROR_ACCESS_DENIED and similar
             Raise(kPathFileAccessError);
     }
 }

@@ -7,7 +7,7 @@
 #include "platform/names.h"
 #include "platform/windows/hostErrors.h"
 
-// The host's headers give some of our names to macros.
+// The host's headers define a macro of this name.
 #undef DeleteFile
 
 namespace tessel {

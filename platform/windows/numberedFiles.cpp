@@ -31,7 +31,7 @@ HANDLE Create(int number, const std::string& path, DWORD access, DWORD dispositi
                               access == GENERIC_READ ? kShare : FILE_SHARE_READ, nullptr,
                               disposition, flags, nullptr);
     if (file == INVALID_HANDLE_VALUE) RaiseHostError(GetLastError());
-    // A pipe or a console is no sequence of bytes with places in it.
+    // A pipe or a console has no positions to read at.
     if (GetFileType(file) != FILE_TYPE_DISK) {
         CloseHandle(file);
         Raise(kPathFileAccessError);
@@ -126,12 +126,12 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
         while (good < bytes.size() && offset <= kLastFileOffset) {
             const auto wanted = static_cast<DWORD>(std::min<std::int64_t>(
                 static_cast<std::int64_t>(bytes.size() - good), kLastFileOffset + 1 - offset));
-            OVERLAPPED place{};
-            place.Offset = static_cast<DWORD>(offset);
+            OVERLAPPED position{};
+            position.Offset = static_cast<DWORD>(offset);
             DWORD count = 0;
-            const bool read = ::ReadFile(file, bytes.data() + good, wanted, &count, &place) != 0;
+            const bool read = ::ReadFile(file, bytes.data() + good, wanted, &count, &position) != 0;
             if (!read && GetLastError() != ERROR_HANDLE_EOF) break;
-            // Behind the end of the file there are zeros.
+            // Bytes past the end of the file are zeros.
             if (count == 0) std::fill_n(bytes.data() + good, wanted, Byte{0});
             const DWORD got = count == 0 ? wanted : count;
             good += got;
