@@ -74,6 +74,8 @@ struct formTessel {
     void Form_Unload();
     /// Whether Open would do something: not during a long operation.
     bool MayOpen() const;
+    /// Exit was chosen during a long operation and is carried out when that has ended.
+    bool ExitIsPending() const { return ExitPending; }
     /// A person has dropped a file on the window; `title` is its name without the folder. Opens it
     /// as Open does behind its dialog, when MayOpen and nothing else is at work.
     void DropImage(const std::string& path, const std::string& title);

@@ -134,6 +134,10 @@ void formTessel::RefuseVolume() {
 void formTessel::BrowseVolume() {
     // A damaged volume is browsed as far as it holds: a failing area does not keep the others away.
     FirstError errors;
+    // Without FATs the FAT table would otherwise show those of the image opened before.
+    Fat0Bytes.clear();
+    Fat1Bytes.clear();
+    RootDirBytes.clear();
     errors.Try([] { ReadRootDirectory(); });
     ClearDirEntries();
     errors.Try([this] { OpenDirectory(0); });

@@ -1,7 +1,12 @@
 #include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QFileOpenEvent>
 #include <QIcon>
+#include <QTimer>
 
 #include "app/formTessel.h"
+#include "screen/commandLine.h"
 #include "screen/mainScreen.h"
 #include "screen/qtHost.h"
 
@@ -15,16 +20,37 @@ QIcon ProgramIcon() {
     return icon;
 }
 
+/// The application; macOS passes a file to open as an event instead of an argument.
+class Application : public QApplication {
+  public:
+    using QApplication::QApplication;
+    std::function<void(const QString&)> OpenFile{};
+
+  protected:
+    bool event(QEvent* event) override {
+        if (event->type() != QEvent::FileOpen || !OpenFile) return QApplication::event(event);
+        OpenFile(QDir::toNativeSeparators(static_cast<QFileOpenEvent*>(event)->file()));
+        return true;
+    }
+};
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
-        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    QApplication application(argc, argv);
+    constexpr int kUsageError = 2;
     QCoreApplication::setOrganizationName("Tessel");
     QCoreApplication::setApplicationName("Tessel");
     QCoreApplication::setApplicationVersion(tessel::ProgramVersion());
+    if (tessel::AsksForText(argc, argv)) {
+        const QCoreApplication textOnly(argc, argv);
+        return tessel::ImageFromCommandLine() ? 0 : kUsageError;
+    }
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QGuiApplication::setDesktopFileName("tessel");
+    Application application(argc, argv);
+    const std::optional<QString> image = tessel::ImageFromCommandLine();
+    if (!image) return kUsageError;
     QApplication::setWindowIcon(ProgramIcon());
 
     tessel::FillHost();
@@ -34,8 +60,10 @@ int main(int argc, char* argv[]) {
     tessel::TheHost.ShowProgress = [&screen](std::optional<double> share) {
         screen.ShowProgress(share);
     };
+    application.OpenFile = [&screen](const QString& path) { screen.OpenDropped(path); };
     form.Form_Load();
     screen.show();
+    if (!image->isEmpty()) screen.OpenDropped(*image);
     const int status = QApplication::exec();
     form.Form_Unload();
     return status;

@@ -130,8 +130,10 @@ bool MainScreen::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void MainScreen::closeEvent(QCloseEvent* event) {
-    event->ignore();  // the record decides, and ends the program itself
     RaiseEvent(Form.Form.CloseBox);
+    // The record ends the program itself. A close that has to wait for a long operation is ignored;
+    // ignoring any other would refuse the end of the user's session.
+    event->setAccepted(!Form.ExitIsPending());
 }
 
 void MainScreen::keyPressEvent(QKeyEvent* event) {
@@ -152,13 +154,17 @@ void MainScreen::dropEvent(QDropEvent* event) {
     const std::optional<QString> path = DroppedFile(*event);
     if (!path) return;
     event->acceptProposedAction();
-    // Once the window that it comes from is free again: a message may wait for the person.
+    OpenDropped(QDir::toNativeSeparators(*path));
+}
+
+void MainScreen::OpenDropped(const QString& path) {
+    // Queued, so that the program that a file is dragged from is free again: opening may show a
+    // message that waits for the user.
     QMetaObject::invokeMethod(
         this,
-        [this, path = *path] {
+        [this, path] {
             activateWindow();
-            Form.DropImage(QDir::toNativeSeparators(path).toStdString(),
-                           QFileInfo(path).fileName().toStdString());
+            Form.DropImage(path.toStdString(), QFileInfo(path).fileName().toStdString());
         },
         Qt::QueuedConnection);
 }

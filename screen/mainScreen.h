@@ -19,6 +19,9 @@ class MainScreen : public QMainWindow {
     explicit MainScreen(formTessel& form);
     /// Shows the form's folder chooser until the person is done with it.
     void ShowChooser();
+    /// Opens an image that another program passed, or that was dropped, once pending events are
+    /// done; `path` has the host's separators. Does nothing while an image may not be opened.
+    void OpenDropped(const QString& path);
     /// Shows along the display's top edge how much of a long operation is done.
     void ShowProgress(std::optional<double> share);
 

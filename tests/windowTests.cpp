@@ -56,13 +56,14 @@ TEST_F(WindowTest, AnImageIsOpenedAndClosed) {
     // A second image takes the place of the first, and one that fails leaves none.
     Open(SampleImage(), "one.img");
     Run("double 2\nchoose Dump\nselect 2");
-    Image other({.NumberOfFats = 0});  // the chains of the image before hold on
+    Image other({.NumberOfFats = 0});  // nothing of the image before is shown as this one's
     other.AddFile(0, {.Name = "OTHER"}, "other");
     EXPECT_EQ(Open(other, "two.img"), "");
     EXPECT_EQ(Run("show list\nshow display\nshow labels"),
               ">0\t[.           ]\n1\t OTHER   .    \n" +
                   Labels("NO NAME", "FAT12", "FAT File System @/two.img"));
-    EXPECT_TRUE(Window->Form.DirDepth == 0 && GetFat12Entry(Fat0Bytes, 20) == 22);
+    EXPECT_EQ(Window->Form.DirDepth, 0);
+    EXPECT_EQ(Run("press FAT0\nshow display"), " FAT ends after 0 of 2880 entries\r\n");
     EXPECT_NE(Run("file @/gone.img\nmenu Open"), "");
     EXPECT_FALSE(Drives[1].IsOpen);
     EXPECT_EQ(Show("enabled"), With(kNothingEnabled, "cmdABORT", "off"));

@@ -72,6 +72,20 @@ samples=$scratch/samples
 "$packaging/make-sample" "$samples"
 make_big_image "$samples/big.img"
 start_screen 1280x800
+
+step "Command lines other than one image are refused"
+for wrong in '--offset' "$samples/sample.img $samples/big.img"; do
+    # shellcheck disable=SC2086
+    if "$program_path" $wrong 2> "$scratch/usage"; then fail "$wrong is accepted"; fi
+    grep -q '^Usage: ' "$scratch/usage" || fail "no usage after $wrong"
+done
+env -u DISPLAY "$program_path" --version | grep -qx 'Tessel [0-9.]*' || fail "--version"
+
+step "An image that the desktop passes is opened"
+start_program "$samples" "$program_path" sample.img
+take_main "^FAT File System $samples/sample.img\$"
+choose_menu Up
+expect eval '! kill -0 "$program"'
 start_program "$samples" "$program_path"
 take_main
 
