@@ -16,13 +16,13 @@ void WritePath(const std::string& key, const std::string& folder) {
     TheHost.Settings.Write(kPathsSection, key, folder);
 }
 
-float ReadPosition(const char* key, float otherwise) {
+float ReadPosition(const char* key, float fallback) {
     const std::string text = TheHost.Settings.Read(kSaveAllSection, key, "");
     float value = 0;
     const char* end = text.data() + text.size();
     const auto parsed = std::from_chars(text.data(), end, value);
     const bool number = parsed.ec == std::errc{} && parsed.ptr == end && std::isfinite(value);
-    return number ? value : otherwise;
+    return number ? value : fallback;
 }
 
 void WritePosition(const char* key, float value) {

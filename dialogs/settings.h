@@ -16,9 +16,9 @@ inline constexpr const char* kLeftKey = "Left";
 std::string ReadPath(const std::string& key);
 void WritePath(const std::string& key, const std::string& folder);
 
-/// A stored position in twips, `otherwise` when it is absent or no number. The text has a point
+/// A stored position in twips, `fallback` when it is absent or no number. The text has a point
 /// whatever the locale.
-float ReadPosition(const char* key, float otherwise);
+float ReadPosition(const char* key, float fallback);
 void WritePosition(const char* key, float value);
 
 }  // namespace tessel

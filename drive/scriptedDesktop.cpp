@@ -54,9 +54,9 @@ void ScriptSettings::Load(std::string path) {
 }
 
 std::string ScriptSettings::Read(const std::string& section, const std::string& key,
-                                 const std::string& otherwise) const {
+                                 const std::string& fallback) const {
     const auto value = Values.find({section, key});
-    return value == Values.end() ? otherwise : value->second;
+    return value == Values.end() ? fallback : value->second;
 }
 
 void ScriptSettings::Write(const std::string& section, const std::string& key,
@@ -97,8 +97,8 @@ ScriptedDesktop::ScriptedDesktop(
             {
                 .Read =
                     [&settings](const std::string& section, const std::string& key,
-                                const std::string& otherwise) {
-                        return settings.Read(section, key, otherwise);
+                                const std::string& fallback) {
+                        return settings.Read(section, key, fallback);
                     },
                 .Write = [&settings](
                              const std::string& section, const std::string& key,

@@ -21,7 +21,7 @@ class ScriptSettings {
     explicit ScriptSettings(std::string path = "") { Load(std::move(path)); }
     void Load(std::string path);
     std::string Read(const std::string& section, const std::string& key,
-                     const std::string& otherwise) const;
+                     const std::string& fallback) const;
     void Write(const std::string& section, const std::string& key, const std::string& text);
 
   private:

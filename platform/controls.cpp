@@ -58,7 +58,7 @@ void ListBox::ClickLine(int line) {
 void ListBox::DoubleClickLine(int line) {
     if (!Enabled) return;
     ClickLine(line);
-    // The click may have ended in a state where the list cannot be used.
+    // The click handler may have disabled the list.
     if (Enabled) RaiseEvent(DblClick);
 }
 
@@ -71,7 +71,7 @@ void DriveList::SetDrive(const std::string& path) {
     try {
         RaiseEvent(Change);
     } catch (const RuntimeError&) {
-        // A drive that cannot be read: the list stays at the one that could.
+        // The drive cannot be read: select the previous one again.
         Chosen = before;
         RaiseEvent(DriveChanged);
         throw;

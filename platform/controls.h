@@ -10,11 +10,11 @@
 #include "platform/runtimeError.h"
 #include "platform/textDisplay.h"
 
-/// The controls of the program's windows as plain records. A screen attaches to them by observing
-/// their properties and by calling what stands under "a person"; nothing here knows a toolkit.
+/// The controls of the program's windows as plain records, independent of any toolkit. A screen
+/// observes their properties, and calls the functions described as actions of the user.
 namespace tessel {
 
-/// Where a control stands inside its window. All four are twips (1/1440 inch, 15 a logical pixel).
+/// A control's rectangle inside its window, in twips (1/1440 inch, 15 per logical pixel).
 struct ControlBounds {
     int Left = 0;
     int Top = 0;
@@ -27,7 +27,7 @@ inline constexpr int kTwipsPerPixel = 15;
 
 enum class TextColour { kBlack, kBlue };
 
-/// Calls an event's handler, when there is one.
+/// Calls an event's handler if there is one.
 inline void RaiseEvent(const std::function<void()>& handler) {
     if (handler) handler();
 }
@@ -53,13 +53,13 @@ struct Button {
     Property<bool> Enabled{true};
     std::function<void()> Click{};
 
-    /// A person's click: does nothing while the button is disabled.
+    /// The user clicks the button. Does nothing while it is disabled.
     void Press() {
         if (Enabled) RaiseEvent(Click);
     }
 };
 
-/// One of a group of buttons of which at most one is chosen.
+/// One of a group of radio buttons, of which at most one is chosen.
 struct OptionButton {
     std::string Name{};
     std::string Caption{};
@@ -67,44 +67,46 @@ struct OptionButton {
     Property<bool> Enabled{true};
     Property<bool> Value{};
     std::function<void()> Click{};
-    std::span<OptionButton> Group{};  ///< all buttons of the group, this one too
+    std::span<OptionButton> Group{};  ///< all buttons of the group, including this one
 
-    /// The program's choice: raises Click when the choice changes.
+    /// The program chooses the button. Raises Click if it was not chosen already.
     void Choose();
-    /// A person's click: chooses, and raises Click also on the button that is already chosen, so
-    /// that an entry can be shown again over a report. Does nothing while disabled.
+    /// The user clicks the button: chooses it and raises Click, even if it was chosen already, so
+    /// that a click replaces a report by the selected entry. Does nothing while disabled.
     void Press();
 };
 
-/// A list of text lines that each carry a number.
+/// A list of text lines, each with a number.
 class ListBox {
   public:
     std::string Name{};
     Property<ControlBounds> Bounds{};
     Property<bool> Enabled{true};
     std::function<void()> Click{};     ///< a line was selected
-    std::function<void()> DblClick{};  ///< a line was double-clicked; its Click has already run
+    std::function<void()> DblClick{};  ///< a line was double-clicked; Click was raised before
 
     void Clear();
     void AddItem(std::string text, Long itemData);
     int Count() const { return static_cast<int>(Items.size()); }
-    /// `line` is 0 to Count() - 1; anything else raises 9.
+    /// `line` is 0 to Count() - 1; any other value raises 9.
     const std::string& Text(int line) const { return ItemAt(line).Text; }
     Long ItemData(int line) const { return ItemAt(line).Data; }
 
-    /// The selected line, -1 when none is. Assign through Select.
+    /// The selected line, -1 for none. Select changes it.
     int ListIndex() const { return Selected; }
-    /// The program's selection: raises Click when it changes the selected line. -1 selects none,
-    /// without an event; any other line outside the list raises 9.
+    /// The program selects a line. Raises Click if it was not selected already. -1 clears the
+    /// selection without a Click; any other line outside the list raises 9.
     void Select(int line);
-    /// A person's click on a line: selects it and raises Click, also on the line that is already
-    /// selected. Does nothing while disabled; raises as Select does.
+    /// The user clicks a line: selects it and raises Click, even if it was selected already. Does
+    /// nothing while disabled; a line outside the list raises 9.
     void ClickLine(int line);
-    /// A person's double-click: the click, and then DblClick.
+    /// The user double-clicks a line: as ClickLine, then raises DblClick unless the click disabled
+    /// the list.
     void DoubleClickLine(int line);
 
-    /// The notices to the one screen: lines were added or removed; another line is selected.
+    /// Set by the screen that shows the list: lines were added or removed.
     std::function<void()> LinesChanged{};
+    /// Set by the screen that shows the list: another line, or none, is selected.
     std::function<void()> SelectionChanged{};
 
   private:
@@ -118,7 +120,7 @@ class ListBox {
     int Selected = -1;
 };
 
-/// The rich-text display: its text, and where it stands.
+/// The text display.
 struct DisplayBox {
     std::string Name{};
     Property<ControlBounds> Bounds{};
@@ -128,7 +130,7 @@ struct DisplayBox {
 struct TextBox {
     std::string Name{};
     ControlBounds Bounds{};
-    Property<std::string> Text{};  ///< shown and typed into
+    Property<std::string> Text{};  ///< changed by the program and by the user's typing
 };
 
 struct MenuEntry {
@@ -138,7 +140,7 @@ struct MenuEntry {
     std::function<void()> Click{};
 
     bool IsSeparator() const { return Caption == "-"; }
-    /// A person's choice of the entry: does nothing while it is disabled.
+    /// The user chooses the entry. Does nothing while it is disabled, nor on a separator.
     void Press() {
         if (Enabled && !IsSeparator()) RaiseEvent(Click);
     }
@@ -151,8 +153,8 @@ struct Menu {
     std::span<MenuEntry> Entries{};
 };
 
-/// The list of the host's drives (where there are no drive letters: of the mounted file systems'
-/// folders), one of them chosen.
+/// The list of the host's drives (on hosts without drive letters, the mount points of its file
+/// systems), one of them chosen.
 class DriveList {
   public:
     std::string Name{};
@@ -160,17 +162,18 @@ class DriveList {
     std::function<void()> Change{};
 
     const std::string& Drive() const { return Chosen; }
-    /// Chooses the drive that `path` lies on and raises Change when it is another one. Raises 76
-    /// (Path not found) when the host has no such drive.
+    /// Chooses the drive that holds `path`, and raises Change if it was not chosen already. Raises
+    /// 76 (Path not found) when the host has no such drive. When Change raises an error, the
+    /// previous drive is chosen again and the error goes to the caller.
     void SetDrive(const std::string& path);
-    /// The notice to the one screen: another drive is chosen.
+    /// Set by the screen that shows the list: another drive is chosen.
     std::function<void()> DriveChanged{};
 
   private:
     std::string Chosen{};
 };
 
-/// The list of a folder's sub-folders and of the folders above it.
+/// The list of a folder's parent folders and sub-folders.
 class FolderList {
   public:
     std::string Name{};
@@ -178,17 +181,17 @@ class FolderList {
     std::function<void()> Change{};
 
     const std::string& Path() const { return Chosen; }
-    /// Goes to the folder `path` and raises Change when it is another one. Raises 76 when it is no
-    /// folder that can be entered; the list then stays where it was.
+    /// Shows the folder `path`, and raises Change if it was not shown already. Raises 76, without a
+    /// change, when `path` is not a folder that can be listed.
     void SetPath(const std::string& path);
-    /// The notice to the one screen: another folder is shown.
+    /// Set by the screen that shows the list: another folder is shown.
     std::function<void()> PathChanged{};
 
   private:
     std::string Chosen{};
 };
 
-/// A window as its program sees it.
+/// A window of the program.
 struct Window {
     std::string Name{};
     Property<std::string> Caption{};
@@ -199,7 +202,7 @@ struct Window {
     bool Normal = true;   ///< neither minimised nor maximised
     Property<bool> Visible{};
     std::function<void()> Resize{};    ///< the inner size has changed
-    std::function<void()> CloseBox{};  ///< a person closes the window by its title bar
+    std::function<void()> CloseBox{};  ///< the user closes the window by its title bar
 };
 
 }  // namespace tessel

@@ -31,15 +31,15 @@ Progress::~Progress() {
 
 void Progress::Show(std::int64_t done) {
     Done = done;
-    if (TheHost.ShowProgress) TheHost.ShowProgress(Share(static_cast<double>(done)));
+    if (TheHost.ShowProgress) TheHost.ShowProgress(Fraction(static_cast<double>(done)));
 }
 
-double Progress::Share(double steps) const {
-    const double share =
+double Progress::Fraction(double steps) const {
+    const double fraction =
         std::clamp(steps / static_cast<double>(std::max<std::int64_t>(Total, 1)), 0.0, 1.0);
     return Outer == nullptr || !Outer->HasParts
-               ? share
-               : Outer->Share(static_cast<double>(Outer->Done) + share);
+               ? fraction
+               : Outer->Fraction(static_cast<double>(Outer->Done) + fraction);
 }
 
 }  // namespace tessel

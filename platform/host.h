@@ -11,7 +11,7 @@
 
 namespace tessel {
 
-/// The flags of the common file dialog that the program uses.
+/// The flags of the common file dialog, as far as the program uses them.
 enum FileDialogFlag : Long {
     kOverwritePrompt = 0x2,
     kHideReadOnly = 0x4,
@@ -21,7 +21,7 @@ enum FileDialogFlag : Long {
     kLongNames = 0x200000,
 };
 
-/// The common file dialog. It keeps its settings between uses.
+/// The settings and the result of the common file dialog, kept between uses.
 struct CommonDialog {
     std::string FileName{};    ///< in: the suggested name; out: the chosen file's full path
     std::string FileTitle{};   ///< out: the chosen file's name without its folder
@@ -34,22 +34,23 @@ struct CommonDialog {
     Long FilterIndex = 1;      ///< the preselected pair, counted from 1
 };
 
-/// Text values that last between runs, per user, by section and key.
+/// The user's settings, kept between runs: text values by section and key.
 struct SettingsStore {
-    /// The stored text, or `otherwise` when nothing was ever stored there.
+    /// Returns the stored text, or `fallback` when none is stored.
     std::function<std::string(const std::string& section, const std::string& key,
-                              const std::string& otherwise)>
+                              const std::string& fallback)>
         Read;
+    /// Stores `text`. Raises the host's error when it cannot.
     std::function<void(const std::string& section, const std::string& key, const std::string& text)>
         Write;
 };
 
-/// What the program needs of the desktop that it runs on. main.cpp fills it from the toolkit, a
-/// scripted desk stands in for it elsewhere.
+/// The services of the desktop that the program runs on. main.cpp implements them with the toolkit;
+/// the driver and the tests use a scripted desktop.
 struct Host {
-    /// Shows a text with an OK button until a person has read it.
+    /// Shows a modal message box and returns when the user closes it.
     std::function<void(const std::string& text, const std::string& title)> MessageBox{};
-    /// Asks for a text; "" when a person cancels.
+    /// Asks the user for a text, with `text` already typed in. Returns "" after Cancel.
     std::function<std::string(const std::string& prompt, const std::string& title,
                               const std::string& text)>
         InputBox;
@@ -57,48 +58,52 @@ struct Host {
     /// 32755 when CancelError is set and leaves FileName empty when it is not.
     std::function<void(CommonDialog& dialog)> ShowOpen{};
     std::function<void(CommonDialog& dialog)> ShowSave{};
-    /// Shows a window and returns once its Visible is false again.
+    /// Shows a modal window and returns when its Visible is false again.
     std::function<void(Window& window)> ShowModal{};
-    /// Lets the events that wait happen.
+    /// Processes pending events.
     std::function<void()> DoEvents{};
-    /// Shows the hourglass, or the usual pointer again.
+    /// Shows the hourglass pointer, or the usual one.
     std::function<void(bool hourglass)> SetPointer{};
-    /// Shows how much of a long operation is done, 0 to 1; nothing once there is none.
-    std::function<void(std::optional<double> share)> ShowProgress{};
-    /// Ends the program once the running event has unwound.
+    /// Shows which fraction of a long operation is done, 0 to 1; nullopt hides the display.
+    std::function<void(std::optional<double> fraction)> ShowProgress{};
+    /// Ends the program when the current event handler has returned.
     std::function<void()> EndProgram{};
 
     SettingsStore Settings{};
 };
 
-/// The desktop that the program runs on.
+/// The desktop of this process.
 extern Host TheHost;
 
-/// Lets events in during a long operation: the first time it is asked, and then about every 8 ms,
-/// so that a window answers at once and an event turn costs nothing between.
+/// Processes pending events during a long operation, at most about every 8 ms: often enough for a
+/// responsive window, and cheap enough to be called for each cluster.
 class EventPump {
   public:
+    /// Processes pending events on the first call, and then when 8 ms have passed since they were
+    /// last processed.
     void Process();
 
   private:
     std::chrono::steady_clock::time_point Last{};
 };
 
-/// How far a long operation has come, shown while it lives.
+/// The progress of a long operation, shown by the host as long as this object exists. Objects nest:
+/// each is destroyed before the one that was created before it.
 class Progress {
   public:
-    /// `total` is the number of steps: bytes, files, whatever is counted. What begins inside is a
-    /// part of the next step when this one `hasParts`, as the bytes of a file are of a directory's
-    /// files; else it only happens to begin in an event turn.
+    /// `total` is the number of steps, in any unit (bytes, files). With `hasParts`, a nested
+    /// Progress measures a part of the next step, as the bytes of one file among the files of a
+    /// directory. Without it, a nested Progress is an unrelated operation that was started while
+    /// events were processed, and shows its own fraction.
     explicit Progress(std::int64_t total, bool hasParts = false);
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    /// So many steps are done.
+    /// Shows that `done` steps of the total are done.
     void Show(std::int64_t done);
 
   private:
-    double Share(double steps) const;
+    double Fraction(double steps) const;
 
     Progress* Outer;
     std::int64_t Total;

@@ -4,8 +4,8 @@
 
 namespace tessel {
 
-/// SafeName of the hosts with "/" paths, and of the hosts with drive letters. Both are built
-/// everywhere, so that each can be tested anywhere.
+/// SafeName for hosts with "/" paths, and for hosts with drive letters. Both are built on every
+/// host, so that both are tested on every host.
 std::string SafePosixName(const std::string& name);
 std::string SafeWindowsName(const std::string& name);
 

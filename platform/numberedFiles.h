@@ -24,28 +24,28 @@ void OpenForReading(int number, const std::string& path);
 /// cut: that raises 58. Raises 55, 75, 76 and 61 (no space) as above.
 void OpenForWriting(int number, const std::string& path);
 
-/// Closes a file; a number that is not open is no error. The number is free afterwards also when
-/// the host could not keep what was written, which raises 61 or 57.
+/// Closes a file; does nothing for a number that is not open. Raises 61 or 57 when the host cannot
+/// store what was written; the number is free all the same.
 void CloseFile(int number);
 void CloseAllFiles();
 
 bool FileIsOpen(int number);
 
-/// Length in bytes; of a block device, the size of the medium.
+/// Returns the length in bytes; for a block device, the size of the medium.
 std::int64_t FileLength(int number);
 
 /// Fills `bytes` from `offset` on. Bytes past the end of the file read as 0. Raises 6 when the
 /// offset is negative or past kLastFileOffset, 57 when the medium fails.
 void ReadFile(int number, std::int64_t offset, std::span<Byte> bytes);
 
-/// As ReadFile, but reads as far as the medium gives and raises nothing: returns how many bytes are
-/// good, and leaves the rest 0. Reading on from there raises the error.
+/// As ReadFile, but raises nothing: stops at the first error, fills the rest of `bytes` with 0 and
+/// returns the number of bytes before it. ReadFile from there raises the error.
 std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes);
 
-/// Adds bytes behind those written so far. Raises 61 when the disk is full, 57 when the medium
-/// fails; what could be written stays.
+/// Appends bytes to a file that is open for writing. Raises 61 when the disk is full, 57 when the
+/// medium fails; the file keeps what could be written.
 void WriteFile(int number, std::span<const Byte> bytes);
-/// WriteFile for one file, which another thread may call as long as the file stays open.
+/// Returns WriteFile for one file, to be called by one thread at a time while the file is open.
 std::function<void(std::span<const Byte>)> WriterOf(int number);
 
 /// Whether `path` leads to a file that is open under any number, by whatever name or link.

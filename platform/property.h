@@ -5,34 +5,35 @@
 
 namespace tessel {
 
-/// A field that a screen follows: it reads and assigns like a T, and tells the one observer that
-/// the screen attached whenever its value changes.
+/// A field that a screen can observe. It reads and assigns like a T, and notifies its one observer
+/// whenever its value changes.
 template <class T>
 class Property {
   public:
     Property() = default;
-    explicit Property(T value) : Held(std::move(value)) {}
+    explicit Property(T value) : Current(std::move(value)) {}
     Property(const Property&) = delete;
     Property& operator=(const Property&) = delete;
 
     Property& operator=(T value) {
-        if (value == Held) return *this;
-        Held = std::move(value);
-        if (Observer) Observer(Held);
+        if (value == Current) return *this;
+        Current = std::move(value);
+        if (Observer) Observer(Current);
         return *this;
     }
 
-    const T& Get() const { return Held; }
-    operator const T&() const { return Held; }  // NOLINT(google-explicit-constructor)
+    const T& Get() const { return Current; }
+    operator const T&() const { return Current; }  // NOLINT(google-explicit-constructor)
 
-    /// Attaches the screen and tells it the present value. An empty function detaches it.
+    /// Replaces the observer and calls the new one with the current value. An empty function
+    /// removes the observer.
     void Observe(std::function<void(const T&)> observer) {
         Observer = std::move(observer);
-        if (Observer) Observer(Held);
+        if (Observer) Observer(Current);
     }
 
   private:
-    T Held{};
+    T Current{};
     std::function<void(const T&)> Observer;
 };
 

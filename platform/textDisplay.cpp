@@ -5,22 +5,22 @@
 namespace tessel {
 namespace {
 
-/// How much of a text is held at once while it is written out, and how much more a piece may need
-/// while it makes that.
-constexpr std::int64_t kPart = 2 << 20;
+/// Bytes of a part of WriteTo, and the spare capacity that a generated piece may use while it
+/// formats one.
+constexpr std::int64_t kPartSize = 2 << 20;
 constexpr std::int64_t kPartSlack = 4096;
 
 template <class... F>
-struct Cases : F... {
+struct Overloaded : F... {
     using F::operator()...;
 };
 template <class... F>
-Cases(F...) -> Cases<F...>;
+Overloaded(F...) -> Overloaded<F...>;
 
 }  // namespace
 
 void TextDisplay::LiteralText::Append(std::string_view text) {
-    // A CR that closed the text so far may now be the first half of a CR LF.
+    // A CR at the end of the present text may be the first half of a CR LF.
     if (Text.ends_with('\r') && text.starts_with('\n')) LineStarts.pop_back();
     Text += text;
     AddLineStarts(Text.size() - text.size());
@@ -28,7 +28,7 @@ void TextDisplay::LiteralText::Append(std::string_view text) {
 
 void TextDisplay::LiteralText::AddLineStarts(std::size_t from) {
     std::string_view rest = std::string_view(Text).substr(from);
-    const auto behind = [this, &rest](std::size_t at) {
+    const auto addStartAfter = [this, &rest](std::size_t at) {
         const std::size_t start = Text.size() - rest.size();
         LineStarts.push_back(static_cast<TextOffset>(start + at + 1));
     };
@@ -37,52 +37,54 @@ void TextDisplay::LiteralText::AddLineStarts(std::size_t from) {
         const std::string_view line = rest.substr(0, lf);
         for (std::size_t cr = line.find('\r'); cr != line.npos; cr = line.find('\r', cr + 1)) {
             const bool pair = cr + 1 == lf && lf < rest.size();
-            if (!pair) behind(cr);
+            if (!pair) addStartAfter(cr);
         }
         if (lf == rest.size()) break;
-        behind(lf);
+        addStartAfter(lf);
         rest.remove_prefix(lf + 1);
     }
 }
 
 std::int64_t TextDisplay::Piece::Size() const {
     return std::visit(
-        Cases{[](const LiteralText& t) { return static_cast<std::int64_t>(t.Text.size()); },
-              [](const GeneratedText& t) { return t.Size; }},
+        Overloaded{[](const LiteralText& t) { return static_cast<std::int64_t>(t.Text.size()); },
+                   [](const GeneratedText& t) { return t.Size; }},
         Content);
 }
 
 std::int64_t TextDisplay::Piece::LineBreaks() const {
-    return std::visit(
-        Cases{[](const LiteralText& t) { return static_cast<std::int64_t>(t.LineStarts.size()); },
-              [](const GeneratedText& t) { return t.LineBreaks; }},
-        Content);
+    return std::visit(Overloaded{[](const LiteralText& t) {
+                                     return static_cast<std::int64_t>(t.LineStarts.size());
+                                 },
+                                 [](const GeneratedText& t) { return t.LineBreaks; }},
+                      Content);
 }
 
 void TextDisplay::Piece::Read(TextOffset at, std::size_t count, std::string& out) const {
-    std::visit(Cases{[&](const LiteralText& t) {
-                         out.append(t.Text, static_cast<std::size_t>(at), count);
-                     },
-                     [&](const GeneratedText& t) { t.Read(at, count, out); }},
+    std::visit(Overloaded{[&](const LiteralText& t) {
+                              out.append(t.Text, static_cast<std::size_t>(at), count);
+                          },
+                          [&](const GeneratedText& t) { t.Read(at, count, out); }},
                Content);
 }
 
 std::int64_t TextDisplay::Piece::BreaksUpTo(TextOffset at) const {
     return std::visit(
-        Cases{[&](const LiteralText& t) {
-                  const auto& starts = t.LineStarts;
-                  return static_cast<std::int64_t>(
-                      std::upper_bound(starts.begin(), starts.end(), at) - starts.begin());
-              },
-              [&](const GeneratedText& t) { return t.BreaksUpTo(at); }},
+        Overloaded{[&](const LiteralText& t) {
+                       const auto& starts = t.LineStarts;
+                       return static_cast<std::int64_t>(
+                           std::upper_bound(starts.begin(), starts.end(), at) - starts.begin());
+                   },
+                   [&](const GeneratedText& t) { return t.BreaksUpTo(at); }},
         Content);
 }
 
-TextOffset TextDisplay::Piece::BehindBreak(std::int64_t n) const {
-    return std::visit(
-        Cases{[&](const LiteralText& t) { return t.LineStarts[static_cast<std::size_t>(n - 1)]; },
-              [&](const GeneratedText& t) { return t.BehindBreak(n); }},
-        Content);
+TextOffset TextDisplay::Piece::AfterBreak(std::int64_t n) const {
+    return std::visit(Overloaded{[&](const LiteralText& t) {
+                                     return t.LineStarts[static_cast<std::size_t>(n - 1)];
+                                 },
+                                 [&](const GeneratedText& t) { return t.AfterBreak(n); }},
+                      Content);
 }
 
 void TextDisplay::Clear() {
@@ -149,7 +151,7 @@ TextOffset TextDisplay::LineStart(std::int64_t line) const {
     if (line >= LineCount()) return Size();
     for (const Piece& piece : Pieces) {
         const std::int64_t n = line - piece.BreaksBefore;
-        if (n <= piece.LineBreaks()) return piece.Start + piece.BehindBreak(n);
+        if (n <= piece.LineBreaks()) return piece.Start + piece.AfterBreak(n);
     }
     return Size();
 }
@@ -199,10 +201,10 @@ void TextDisplay::WriteTo(const std::function<void(std::string& part, bool onlyC
         const std::int64_t size = piece.Size();
         const auto* generated = std::get_if<GeneratedText>(&piece.Content);
         const bool onlyCrLf = generated != nullptr && generated->OnlyCrLf;
-        for (TextOffset at = 0; at < size; at += kPart) {
+        for (TextOffset at = 0; at < size; at += kPartSize) {
             part.clear();
-            part.reserve(static_cast<std::size_t>(std::min(kPart, size - at) + kPartSlack));
-            piece.Read(at, static_cast<std::size_t>(std::min(kPart, size - at)), part);
+            part.reserve(static_cast<std::size_t>(std::min(kPartSize, size - at) + kPartSlack));
+            piece.Read(at, static_cast<std::size_t>(std::min(kPartSize, size - at)), part);
             sink(part, onlyCrLf);
         }
     }

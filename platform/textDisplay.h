@@ -10,64 +10,67 @@
 
 namespace tessel {
 
-/// A place in a display's text: bytes of UTF-8 from its start.
+/// An offset in a display's text: bytes of UTF-8 from its start.
 using TextOffset = std::int64_t;
 
-/// Text that is made when somebody asks for it. The owner of a piece fills one of these; all
-/// offsets are within the piece. A line break is CR LF, or a CR or LF alone.
+/// A piece of text that is generated on request, by the functions in this record. Offsets count
+/// from the start of the piece. A line break is CR LF, or a CR or LF alone.
 struct GeneratedText {
     std::int64_t Size = 0;        ///< bytes of text
     std::int64_t LineBreaks = 0;  ///< line breaks in it
-    bool OnlyCrLf = false;        ///< every CR in it stands before an LF, every LF behind a CR
+    bool OnlyCrLf = false;        ///< every line break in it is a CR LF
 
-    /// Appends the `count` bytes from `at` on to `out`; at + count is at most Size. Bytes
-    /// that can no longer be read are told as if they were 0, and raise nothing.
+    /// Appends the `count` bytes from `at` on to `out`; at + count is at most Size. Raises nothing:
+    /// bytes of the image that can no longer be read count as 0.
     std::function<void(TextOffset at, std::size_t count, std::string& out)> Read{};
-    /// How many line breaks end at or before `at`.
+    /// Returns the number of line breaks that end at or before `at`.
     std::function<std::int64_t(TextOffset at)> BreaksUpTo{};
-    /// Where the text behind the n-th line break begins, n from 1 to LineBreaks.
-    std::function<TextOffset(std::int64_t n)> BehindBreak{};
+    /// Returns the offset after the n-th line break, n from 1 to LineBreaks.
+    std::function<TextOffset(std::int64_t n)> AfterBreak{};
 };
 
-/// The text of a display: a sequence of pieces, of which the literal ones hold their text and the
-/// generated ones make it when asked. What anybody reads (the screen, a copy, a search, a save) is
-/// the same text, byte for byte. Lines count from 0, and there is always at least one.
+/// The text of a display: a sequence of pieces. A literal piece stores its text, a generated one
+/// formats it on request; every reader (painting, copying, searching, saving) gets the same bytes.
+/// Lines count from 0, and there is always at least one.
 class TextDisplay {
   public:
-    /// Drops all pieces.
+    /// Removes all pieces.
     void Clear();
-    /// Drops all pieces and puts one literal text in their place.
+    /// Replaces all pieces by one literal text.
     void Replace(std::string text);
-    /// Adds a literal text at the end.
+    /// Appends a literal text.
     void Append(std::string_view text);
-    /// Adds a generated piece at the end. It may still grow.
+    /// Appends a generated piece, which GrowLast can enlarge.
     void Append(GeneratedText piece);
-    /// Tells that the last piece, a generated one, now has this size and this many line breaks.
+    /// Sets the size (bytes) and the line breaks of the last piece. Does nothing unless that piece
+    /// is a generated one.
     void GrowLast(std::int64_t size, std::int64_t lineBreaks);
 
     std::int64_t Size() const;
     std::int64_t LineCount() const;
-    /// Where line `line` begins; its end for a line behind the last.
+    /// The offset of the first byte of line `line`; 0 for a negative line, Size() for a line past
+    /// the last.
     TextOffset LineStart(std::int64_t line) const;
-    /// Where line `line` ends, in front of its line break.
+    /// The offset after the last byte of line `line`, without its line break.
     TextOffset LineEnd(std::int64_t line) const;
-    /// The line that holds the byte at `at`.
+    /// The line that contains the byte at `at`; offsets outside the text count as its ends.
     std::int64_t LineAt(TextOffset at) const;
 
-    /// At most `count` bytes of the text from `at` on.
+    /// Up to `count` bytes of the text from `at` on.
     std::string Text(TextOffset at, std::int64_t count) const;
     /// The whole text.
     std::string Text() const { return Text(0, Size()); }
-    /// The text of `count` lines from `first` on, with their line breaks.
+    /// The text of `count` lines from `first` on, including their line breaks.
     std::string Lines(std::int64_t first, std::int64_t count) const;
-    /// Hands the whole text to `sink`, in parts of bounded size, with a word on whether the piece
-    /// that the part is of has `OnlyCrLf`. What `sink` throws ends it.
+    /// Passes the whole text to `sink`, in parts of at most 2 MiB. `onlyCrLf` is OnlyCrLf of the
+    /// generated piece that the part belongs to, false for a literal one. `sink` may take over the
+    /// content of `part`; what it throws goes to the caller.
     void WriteTo(const std::function<void(std::string& part, bool onlyCrLf)>& sink) const;
 
-    /// Counts the times that the text was cleared or replaced, so that a screen knows whether what
-    /// it remembers (a selection, a place) still points at the same text.
+    /// Increases whenever the text is cleared or replaced: offsets kept from an earlier generation
+    /// (a selection, a scroll position) are invalid.
     std::uint64_t Generation() const { return Generations; }
-    /// The notice to the one screen that shows this display: the text has changed.
+    /// Set by the screen that shows this display: the text has changed.
     std::function<void()> Changed{};
 
     /// The tab stops, in twips from the left edge of a line.
@@ -76,20 +79,20 @@ class TextDisplay {
   private:
     struct LiteralText {
         std::string Text{};
-        std::vector<TextOffset> LineStarts{};  // behind each line break
+        std::vector<TextOffset> LineStarts{};  // the offset after each line break
         void Append(std::string_view text);
         void AddLineStarts(std::size_t from);
     };
     struct Piece {
         std::variant<LiteralText, GeneratedText> Content;
-        TextOffset Start = 0;           // where it begins in the whole text
-        std::int64_t BreaksBefore = 0;  // line breaks in the pieces in front of it
+        TextOffset Start = 0;           // its offset in the whole text
+        std::int64_t BreaksBefore = 0;  // line breaks in the pieces before it
 
         std::int64_t Size() const;
         std::int64_t LineBreaks() const;
         void Read(TextOffset at, std::size_t count, std::string& out) const;
         std::int64_t BreaksUpTo(TextOffset at) const;
-        TextOffset BehindBreak(std::int64_t n) const;
+        TextOffset AfterBreak(std::int64_t n) const;
     };
 
     void AddPiece(std::variant<LiteralText, GeneratedText> content);

@@ -51,7 +51,7 @@ GeneratedText RowsPiece(const std::shared_ptr<const std::vector<Byte>>& bytes) {
             .OnlyCrLf = true,
             .Read = read,
             .BreaksUpTo = [](TextOffset at) { return (at + length - 2) / length; },
-            .BehindBreak = [](std::int64_t n) { return (n - 1) * length + 2; }};
+            .AfterBreak = [](std::int64_t n) { return (n - 1) * length + 2; }};
 }
 
 }  // namespace

@@ -77,10 +77,10 @@ QString SettingKey(const std::string& section, const std::string& key) {
 }
 
 std::string ReadSetting(const std::string& section, const std::string& key,
-                        const std::string& otherwise) {
+                        const std::string& fallback) {
     QSettings store(kStoreName, kStoreName);
     store.setFallbacksEnabled(false);
-    return store.value(SettingKey(section, key), ToQt(otherwise)).toString().toStdString();
+    return store.value(SettingKey(section, key), ToQt(fallback)).toString().toStdString();
 }
 
 void WriteSetting(const std::string& section, const std::string& key, const std::string& text) {

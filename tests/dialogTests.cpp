@@ -27,9 +27,9 @@ class DialogTest : public TesselTest {
             Box = title + "|" + text;
         };
         TheHost.Settings.Read = [this](const std::string& section, const std::string& key,
-                                       const std::string& otherwise) {
+                                       const std::string& fallback) {
             const auto value = Stored.find(section + "/" + key);
-            return value == Stored.end() ? otherwise : value->second;
+            return value == Stored.end() ? fallback : value->second;
         };
         TheHost.Settings.Write = [this](const std::string& section, const std::string& key,
                                         const std::string& text) {

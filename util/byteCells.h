@@ -5,8 +5,8 @@
 
 namespace tessel {
 
-/// " HH " for every byte value. Long dumps copy a byte's digits with the blank in front of them or
-/// behind them, three characters of the four.
+/// " HH " for every byte value. A dump copies three of the four characters: the two digits with the
+/// blank before or after them.
 inline constexpr auto kByteCells = [] {
     std::array<std::array<char, 4>, 256> cells{};
     constexpr char digits[] = "0123456789ABCDEF";
@@ -14,7 +14,7 @@ inline constexpr auto kByteCells = [] {
     return cells;
 }();
 
-/// The character that a dump shows for every byte value: 32 to 126 as itself, "." for the others.
+/// The character that a dump shows for each byte value: 32 to 126 as itself, "." for all others.
 inline constexpr auto kByteCharacters = [] {
     std::array<char, 256> characters{};
     for (std::size_t i = 0; i < 256; ++i) {

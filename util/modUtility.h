@@ -1,5 +1,5 @@
 #pragma once
 
-/// The byte and text utilities, gathered.
+/// Includes the byte and text utilities.
 #include "util/byteFields.h"  // IWYU pragma: export
 #include "util/numberText.h"  // IWYU pragma: export

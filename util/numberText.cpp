@@ -17,7 +17,7 @@ std::string Hex(std::uint32_t value, int width) {
     return text;
 }
 
-/// The value of a digit in `base`, -1 when `c` is none.
+/// The value of the digit `c` in `base`, -1 when it is not one.
 Long DigitValue(char c, Long base) {
     if (c >= '0' && c <= '9') return c - '0';
     if (base == 16 && c >= 'A' && c <= 'F') return c - 'A' + 10;
@@ -75,7 +75,7 @@ Long ParseNumber(std::string& text) {
     const std::size_t first = hexadecimal ? 2 : 0;
     if (text.size() <= first) return -1;
 
-    // The value is tested before a digit is added, so that no step leaves 32 bits.
+    // The value is checked before a digit is added, so that no step overflows 32 bits.
     constexpr Long kLargestBeforeDigit = 0x3333333;
     Long value = 0;
     for (std::size_t i = first; i < text.size(); ++i) {

@@ -204,7 +204,7 @@ GeneratedText DumpPiece(const std::shared_ptr<const DumpText>& text,
             .Read = [text, bytes](TextOffset at, std::size_t count,
                                   std::string& out) { text->Read(*bytes, at, count, out); },
             .BreaksUpTo = [text](TextOffset at) { return text->ByteOf(at) / kLineBytes; },
-            .BehindBreak = [text](std::int64_t n) { return text->TextOf(n * kLineBytes); }};
+            .AfterBreak = [text](std::int64_t n) { return text->TextOf(n * kLineBytes); }};
 }
 
 }  // namespace tessel

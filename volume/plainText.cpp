@@ -129,7 +129,7 @@ std::int64_t PlainText::BreaksUpTo(TextOffset at) const {
     return breaks;
 }
 
-TextOffset PlainText::BehindBreak(std::int64_t n) const {
+TextOffset PlainText::AfterBreak(std::int64_t n) const {
     // The last block in front of which fewer breaks end: a pair cut by a block's end lies in the
     // second one.
     const auto behind =
@@ -164,7 +164,7 @@ GeneratedText PlainPiece(const std::shared_ptr<const PlainText>& text) {
     return {.Read = [text](TextOffset at, std::size_t count,
                            std::string& out) { text->Read(at, count, out); },
             .BreaksUpTo = [text](TextOffset at) { return text->BreaksUpTo(at); },
-            .BehindBreak = [text](std::int64_t n) { return text->BehindBreak(n); }};
+            .AfterBreak = [text](std::int64_t n) { return text->AfterBreak(n); }};
 }
 
 }  // namespace tessel

@@ -24,7 +24,7 @@ class PlainText {
     std::int64_t Size() const { return TextSize; }
     std::int64_t LineBreaks() const { return Breaks; }
     std::int64_t BreaksUpTo(TextOffset at) const;
-    TextOffset BehindBreak(std::int64_t n) const;
+    TextOffset AfterBreak(std::int64_t n) const;
     /// Appends `count` bytes of the text from `at` on. Where the image has changed under it, the
     /// text is cut, or filled up with blanks, to what it was.
     void Read(TextOffset at, std::size_t count, std::string& out) const;

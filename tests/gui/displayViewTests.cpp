@@ -30,7 +30,7 @@ GeneratedText NumberedLines(std::int64_t lines, std::int64_t& bytesRead) {
         out.append(made, skip, count);
     };
     text.BreaksUpTo = [](TextOffset at) { return at / kNumbered; };
-    text.BehindBreak = [](std::int64_t n) { return n * kNumbered; };
+    text.AfterBreak = [](std::int64_t n) { return n * kNumbered; };
     return text;
 }
 
@@ -206,7 +206,7 @@ TEST_F(DisplayViewTest, OneLineOf256MegabytesScrollsToItsEnd) {
         BytesRead += static_cast<std::int64_t>(count);
         out.append(count, 'x');
     };
-    line.BreaksUpTo = line.BehindBreak = [](std::int64_t) { return 0; };
+    line.BreaksUpTo = line.AfterBreak = [](std::int64_t) { return 0; };
     Box.Text.Append(line);
     Key(Qt::Key_End);
     EXPECT_EQ(View.Caret(), size);
