@@ -11,8 +11,7 @@
 #include "volume/clusterChain.h"
 #include "volume/extraction.h"
 
-/// What the program does most, on images in a folder that the benchmarks remove again. The page
-/// cache holds them.
+/// The program's most frequent operations, on images in a temporary folder, with a warm page cache.
 namespace {
 
 using tessel::images::Image;
@@ -30,7 +29,7 @@ class Folder {
     }
     ~Folder() { std::filesystem::remove_all(Path); }
     std::string At(const std::string& name) const { return (Path / name).string(); }
-    /// Writes the image where it is not there yet; returns its path.
+    /// Writes the image if it does not exist yet; returns its path.
     std::string Write(const std::string& name, Image (*make)()) const {
         std::string path = At(name);
         if (std::filesystem::exists(path)) return path;
@@ -50,7 +49,7 @@ const Folder& TheFolder() {
     return folder;
 }
 
-/// One file of text and one of all byte values; the second in clusters that never follow another.
+/// A text file, and a file of all byte values whose clusters are never consecutive.
 Image LargeFiles() {
     Image image(Layout::Fat16(2 * static_cast<int>(kFileBytes >> 12) + 1000, 8));
     std::string content;
@@ -101,7 +100,7 @@ Image Floppy() {
     return image;
 }
 
-/// A window without a screen in front of an open image.
+/// A window without a screen, with an open image.
 struct Opened {
     explicit Opened(const std::string& image) : Window(Out, Out, Settings) {
         Run("file " + image + "\nmenu Open");
@@ -123,7 +122,7 @@ void CountBytes(benchmark::State& state, std::size_t each) {
                             static_cast<std::int64_t>(each));
 }
 
-/// Lines of the list: the root itself, the text, the binary file in scattered clusters.
+/// Line 0 of the list is the root itself, 1 the text file, 2 the binary file in scattered clusters.
 void View(benchmark::State& state, const std::string& mode, int line) {
     Opened opened(TheFolder().Write("large.img", LargeFiles));
     opened.Run("choose " + mode);
@@ -131,7 +130,7 @@ void View(benchmark::State& state, const std::string& mode, int line) {
     CountBytes(state, kFileBytes);
 }
 
-/// All of a view's text, as Save Display asks for it; the rate is that of the file's bytes.
+/// Formats the whole text of a view, as Save Display does; the rate is in bytes of the file.
 void Format(benchmark::State& state, const std::string& mode, int line) {
     Opened opened(TheFolder().Write("large.img", LargeFiles));
     opened.Run("choose " + mode + "\nselect " + std::to_string(line));
@@ -202,6 +201,6 @@ BENCHMARK_CAPTURE(Format, text, "Display", 1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Format, text_of_binary, "Display", 2)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(PressTable, fat, "FAT0")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(PressTable, root, "Root")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(CopyFile, in_a_row, 1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(CopyFile, contiguous, 1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(CopyFile, scattered, 2)->Unit(benchmark::kMillisecond);
 BENCHMARK_MAIN();

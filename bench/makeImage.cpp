@@ -5,10 +5,10 @@
 
 #include "tests/imageBuilder.h"
 
-/// make-image KIND COUNT FILE writes a FAT16 image whose making by other tools takes long. KIND is
-///   names  a sub-directory of COUNT empty files with long names,
-///   files  a sub-directory of COUNT files of 4096 bytes with long names,
-///   full   a FAT of 65519 entries and a root directory of COUNT, all in use.
+/// make-image KIND COUNT FILE writes a FAT16 image that other tools create too slowly. KIND is
+///   names  a subdirectory of COUNT empty files with long names,
+///   files  a subdirectory of COUNT files of 4096 bytes with long names,
+///   full   a FAT of 65519 entries and a root directory of COUNT entries, all in use.
 namespace {
 
 using tessel::images::Entry;

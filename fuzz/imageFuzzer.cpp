@@ -14,9 +14,9 @@ enum Choice : unsigned { kFailing = 1, kCloseBetween = 2, kInKilobytes = 4 };
 
 }  // namespace
 
-/// Two images, one after the other in one window, so that what the first one left is met by the
-/// second. In front of them stand: choices, the offset's 3 bytes, the first image's length in
-/// 256ths of the rest, and where a failing medium fails in 64ths of it.
+/// Opens two images, one after the other in one window, so that state left by the first meets the
+/// second. The input begins with the choices, the offset in 3 bytes, the length of the first image
+/// in 256ths of the rest, and the position at which its medium fails, in 64ths of that length.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tessel;
     if (size < kHead) return 0;

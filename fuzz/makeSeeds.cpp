@@ -10,7 +10,7 @@ namespace {
 
 using namespace tessel::images;
 
-/// A volume of a few kilobytes that uses what the format has to offer.
+/// A volume of a few kilobytes that uses every feature of the format.
 Bytes SmallVolume(Layout layout, std::size_t keptClusters) {
     layout.RootEntries = 32;
     layout.NumberOfFats = 1;
@@ -40,7 +40,7 @@ Layout Fat12() {
     return layout;
 }
 
-/// Choices, offset, where the second image begins, where a medium fails; see imageFuzzer.cpp.
+/// Choices, offset, start of the second image, position of the read error; see imageFuzzer.cpp.
 std::string Head(unsigned choices, unsigned offset, unsigned split, unsigned fails) {
     std::string head;
     for (const unsigned value :
@@ -64,9 +64,9 @@ void PutImages(Folder folder) {
     const std::string fat12 = Text(SmallVolume(Fat12(), 12));
     const std::string fat16 = Text(SmallVolume(Layout::Fat16(4100), 12));
     const std::string fat32 = Text(SmallVolume(Layout::Fat16(65530), 0)).substr(0, 1024);
-    Layout behind = Fat12();
-    behind.PartitionOffset = 1024;
-    const std::string offset = Text(SmallVolume(behind, 8));
+    Layout later = Fat12();
+    later.PartitionOffset = 1024;
+    const std::string offset = Text(SmallVolume(later, 8));
     folder.Put(Head(0, 0, 255, 0) + fat12);
     folder.Put(Head(0, 0, 255, 0) + fat16);
     folder.Put(Head(4, 1, 255, 0) + offset);
@@ -93,7 +93,7 @@ void PutScripts(Folder folder) {
 
 }  // namespace
 
-/// make-seeds FOLDER: the first inputs of the fuzzers, in FOLDER/image and FOLDER/script.
+/// make-seeds FOLDER: writes the first inputs of the fuzzers to FOLDER/image and FOLDER/script.
 int main(int argc, char** argv) {
     if (argc != 2) return 2;
     for (const bool isImage : {true, false}) {

@@ -11,8 +11,8 @@
 namespace tessel {
 namespace {
 
-/// More than any sound volume of 16 bits a FAT entry holds.
-constexpr std::int64_t kRoom = std::int64_t{4} << 30;
+/// The size of the disk: more than any valid FAT16 volume contains.
+constexpr std::int64_t kCapacity = std::int64_t{4} << 30;
 
 struct ImageFile {
     std::span<const Byte> Bytes;
@@ -28,14 +28,14 @@ struct MemoryHost {
     std::map<std::string, ImageFile> Images;
     std::set<std::string> Folders{"/", memory::kImages, memory::kChosen};
     std::set<std::string> Files;
-    std::set<std::string> Made;
+    std::set<std::string> Created;
     std::map<int, OpenFile> Open;
     std::string Current = "/";
     std::int64_t Written =
-        0;  // the display is saved by a second thread, and nothing else meanwhile
+        0;  // Save Display writes on a second thread, but nothing else writes at that time
 } TheMemory;
 
-/// The path from the top, without a separator at its end.
+/// The absolute path, without a separator at its end.
 std::string Whole(const std::string& path) {
     std::string whole = path.starts_with('/') ? path : JoinPath(TheMemory.Current, path);
     while (whole.size() > 1 && whole.ends_with('/')) whole.pop_back();
@@ -52,8 +52,8 @@ bool Exists(const std::string& whole) {
            TheMemory.Folders.contains(whole);
 }
 
-/// What creating something at a path meets first.
-void RefusePlace(const std::string& whole) {
+/// Raises the error for a path at which nothing can be created.
+void RequireCreatable(const std::string& whole) {
     if (whole.find('\0') != whole.npos) Raise(kBadFileNumber);
     if (FileTitleOf(whole).size() > 255) Raise(kPathNotFound);
     if (!TheMemory.Folders.contains(ParentOf(whole))) Raise(kPathNotFound);
@@ -77,7 +77,7 @@ void PutImage(const std::string& path, std::span<const Byte> bytes, std::int64_t
     TheMemory.Images[path] = {bytes, failsFrom};
 }
 
-const std::set<std::string>& CreatedPaths() { return TheMemory.Made; }
+const std::set<std::string>& CreatedPaths() { return TheMemory.Created; }
 std::int64_t BytesWritten() { return TheMemory.Written; }
 
 }  // namespace memory
@@ -100,9 +100,9 @@ void OpenForReading(int number, const std::string& path) {
 void OpenForWriting(int number, const std::string& path) {
     if (TheMemory.Open.contains(number)) Raise(kFileAlreadyOpen);
     const std::string whole = Whole(path);
-    RefusePlace(whole);
+    RequireCreatable(whole);
     TheMemory.Files.insert(whole);
-    TheMemory.Made.insert(whole);
+    TheMemory.Created.insert(whole);
     TheMemory.Open[number] = {whole, std::nullopt};
 }
 
@@ -137,7 +137,7 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
 void WriteFile(int number, std::span<const Byte> bytes) {
     if (FileOf(number).Image) Raise(kPathFileAccessError);
     TheMemory.Written += std::ssize(bytes);
-    if (TheMemory.Written > kRoom) Raise(kDiskFull);
+    if (TheMemory.Written > kCapacity) Raise(kDiskFull);
 }
 
 std::function<void(std::span<const Byte>)> WriterOf(int number) {
@@ -167,9 +167,9 @@ void ChangeFolder(const std::string& path) {
 
 void CreateFolder(const std::string& path) {
     const std::string whole = Whole(path);
-    RefusePlace(whole);
+    RequireCreatable(whole);
     TheMemory.Folders.insert(whole);
-    TheMemory.Made.insert(whole);
+    TheMemory.Created.insert(whole);
 }
 
 bool FolderExists(const std::string& path) { return TheMemory.Folders.contains(Whole(path)); }

@@ -7,26 +7,26 @@
 
 #include "platform/runtimeError.h"
 
-/// A host that lives in memory: it stands in for the files of platform/ where the program is fed
-/// thousands of hostile images a second. Files that the program writes are measured, not kept.
+/// An in-memory host: it replaces the file system of platform/ where the program is fed thousands
+/// of hostile images a second. Of the files that the program writes, only the sizes are counted.
 namespace tessel::memory {
 
-/// The images are below this folder, which the program may not write to.
+/// The folder of the images, in which the program cannot write.
 inline constexpr const char* kImages = "/images";
-/// The one folder that a person chooses to save in.
+/// The only folder that the user chooses to save in.
 inline constexpr const char* kChosen = "/chosen";
 
-/// Empties the host: no files but those folders, and room for a bounded number of bytes.
+/// Empties the host: it then has only those two folders, and space for a limited number of bytes.
 void Reset();
 
-/// Puts an image at `path`. The bytes stay the caller's, and are only read. Reads from byte
-/// `failsFrom` on fail like a bad medium's.
+/// Puts an image at `path`. Keeps a reference to the caller's bytes and only reads them. Reads from
+/// byte `failsFrom` on fail as on a bad medium.
 void PutImage(const std::string& path, std::span<const Byte> bytes,
               std::int64_t failsFrom = INT64_MAX);
 
-/// The paths of the files and folders that the program made.
+/// The paths of all files and folders that the program has created.
 const std::set<std::string>& CreatedPaths();
-/// How many bytes it wrote.
+/// The number of bytes that it has written.
 std::int64_t BytesWritten();
 
 }  // namespace tessel::memory

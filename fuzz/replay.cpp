@@ -11,9 +11,9 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-/// replay FOLDER: feeds every file of a folder to the target that this is linked with. Fails where
-/// there is none, where one of them took more than a second of processor time, and where together
-/// they took more than 256 MB of memory.
+/// replay FOLDER: feeds every file of a folder to the fuzz target that this is linked with. Fails
+/// if the folder is empty, if one input takes more than a second of processor time, or if the
+/// process needs more than 256 MB of memory.
 int main(int argc, char** argv) {
     namespace fs = std::filesystem;
     if (argc != 2) return 2;

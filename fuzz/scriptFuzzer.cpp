@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A small disk with something of everything, and the same disk with its chains in a knot.
+/// A small disk with a bit of everything; if not `sound`, with chains that loop and cross.
 tessel::images::Bytes Disk(bool sound) {
     using namespace tessel::images;
     Layout layout;
@@ -33,7 +33,7 @@ tessel::images::Bytes Disk(bool sound) {
 
 }  // namespace
 
-/// A script for the driver, on two small images.
+/// Runs the input as a script of the driver, with two small images to open.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tessel;
     static const images::Bytes sound = Disk(true);
@@ -46,7 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::istringstream script(std::string(reinterpret_cast<const char*>(data), size));
     std::string line;
     for (int i = 0; i < kMostLines && std::getline(script, line); ++i) {
-        if (line == "clock") continue;  // it tells the time on standard error
+        if (line == "clock") continue;  // prints to standard error
         user.Do(line);
         if (user.Ended()) break;
     }

@@ -6,19 +6,19 @@
 #include "fuzz/userSimulator.h"
 #include "tests/imageBuilder.h"
 
-/// A small disk, damaged in every place in turn. The user holds the window against what must
-/// always be true; here each visit is held against its bounds.
+/// A small disk, damaged at every position in turn. UserSimulator checks the window's invariants;
+/// these tests check the time and the bytes written for each disk.
 namespace tessel {
 namespace {
 
 using images::Bytes;
 
 constexpr double kMostSeconds = 1;
-/// The user saves a few files and texts: a claim of two gigabytes is stopped long before.
+/// The user saves a few files and texts and stops the ones that claim to have two gigabytes.
 constexpr std::int64_t kMostWritten = 256 << 20;
 
-/// Boot sector, FAT, directory and data of a sector or two each: what is wrong with one byte of a
-/// larger disk is wrong with this one.
+/// Boot sector, FAT, directory and data of a sector or two each: small enough to try every byte,
+/// and with every structure of a larger disk.
 Bytes SmallDisk() {
     images::Layout layout;
     layout.RootEntries = 16;
@@ -34,7 +34,7 @@ Bytes SmallDisk() {
     return image.File();
 }
 
-/// Opens the disk, looks at everything, and closes it; whether all bounds held.
+/// Opens the disk, tries everything and closes it; succeeds if all limits were kept.
 ::testing::AssertionResult Survives(const Bytes& disk) {
     const std::clock_t start = std::clock();
     UserSimulator user;
@@ -50,7 +50,7 @@ Bytes SmallDisk() {
     return ::testing::AssertionSuccess();
 }
 
-TEST(Sweep, ADiskCutAnywhereIsSurvived) {
+TEST(Sweep, SurvivesTruncationAtAnyLength) {
     const Bytes whole = SmallDisk();
     for (std::size_t length = 0; length <= whole.size(); ++length) {
         ASSERT_TRUE(Survives({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)}))
@@ -58,7 +58,7 @@ TEST(Sweep, ADiskCutAnywhereIsSurvived) {
     }
 }
 
-/// Each byte of a sector in turn, as values that tend to hurt.
+/// Sets each byte of a sector in turn to values that tend to cause trouble.
 void SweepBytes(std::size_t sector) {
     const Bytes whole = SmallDisk();
     for (std::size_t at = sector * 512; at < (sector + 1) * 512; ++at) {
@@ -71,9 +71,9 @@ void SweepBytes(std::size_t sector) {
     }
 }
 
-TEST(Sweep, AnyByteOfTheBootSectorIsSurvived) { SweepBytes(0); }
-TEST(Sweep, AnyByteOfTheFatIsSurvived) { SweepBytes(1); }
-TEST(Sweep, AnyByteOfTheRootIsSurvived) { SweepBytes(2); }
+TEST(Sweep, SurvivesAnyByteOfTheBootSector) { SweepBytes(0); }
+TEST(Sweep, SurvivesAnyByteOfTheFat) { SweepBytes(1); }
+TEST(Sweep, SurvivesAnyByteOfTheRootDirectory) { SweepBytes(2); }
 
 }  // namespace
 }  // namespace tessel

@@ -13,16 +13,17 @@
 namespace tessel {
 namespace {
 
-/// Steps for one image, and turns of waiting events for one step, of about 8 ms each.
+/// Limits: steps for one image, lines and levels tried, and how often a step may process events,
+/// about every 8 ms, before STOP is pressed.
 constexpr int kMostSteps = 60;
 constexpr int kMostLines = 12;
 constexpr int kDeepest = 3;
 constexpr long kPatience = 2;
 constexpr std::int64_t kWholeText = std::int64_t{32} * 1024;
 
-void Hold(bool isTrue, const char* what) {
+void Require(bool isTrue, const char* what) {
     if (isTrue) return;
-    (void)std::fprintf(stderr, "not true: %s\n", what);
+    (void)std::fprintf(stderr, "check failed: %s\n", what);
     std::abort();
 }
 
@@ -38,7 +39,7 @@ UserSimulator::UserSimulator(bool savesAnywhere) : SavesAnywhere(savesAnywhere) 
     Program->Desktop.OnEvents = [this] {
         if (--EventsLeft > 0) return;
         Program->Form.cmdABORT.Press();
-        if (!Busy) Program->Form.mnuClose.Press();  // what ends Save Display
+        if (!Busy) Program->Form.mnuClose.Press();  // Close ends Save Display
     };
 }
 
@@ -52,7 +53,7 @@ void UserSimulator::Do(const std::string& scriptLine) {
     EventsLeft = kPatience;
     ++Steps;
     Out.str("");
-    // A file dialog that nobody has an answer for is cancelled.
+    // A file dialog without a queued answer is cancelled.
     auto& answers = Program->Desktop.Files;
     const bool unanswered = answers.empty();
     if (unanswered) answers.emplace_back();
@@ -69,24 +70,24 @@ void UserSimulator::Open(const std::string& path) {
 
 void UserSimulator::CheckWindow() {
     formTessel& form = Program->Form;
-    Hold(!Busy, "no operation goes on after its command");
-    Hold(!form.VolumeOpen || Drives[1].IsOpen, "an image is open where a volume is listed");
-    Hold(form.VolumeOpen || form.listDIR.Count() == 0, "no list without a volume");
-    Hold(form.listDIR.ListIndex() < form.listDIR.Count(), "the selected line is one of the list");
-    Hold(form.DirDepth >= 0 && form.DirDepth < 512, "the level is one of the stack");
-    Hold(!Program->Desktop.Hourglass, "the usual pointer after each command");
+    Require(!Busy, "not busy after a command");
+    Require(!form.VolumeOpen || Drives[1].IsOpen, "an image is open while a volume is listed");
+    Require(form.VolumeOpen || form.listDIR.Count() == 0, "the list is empty without a volume");
+    Require(form.listDIR.ListIndex() < form.listDIR.Count(), "the selected line is in the list");
+    Require(form.DirDepth >= 0 && form.DirDepth < 512, "the level is within the stack");
+    Require(!Program->Desktop.Hourglass, "the normal pointer after each command");
     CheckText();
     if (!SavesAnywhere) CheckCreatedPaths();
 }
 
 void UserSimulator::CheckCreatedPaths() const {
     const std::string chosen = std::string(memory::kChosen) + FolderSeparator();
-    for (const std::string& made : memory::CreatedPaths()) {
-        Hold(made.starts_with(chosen), "everything is made below the chosen folder");
-        const std::string name = made.substr(chosen.size());
-        Hold(std::all_of(name.begin(), name.end(), [](unsigned char c) { return c >= 32; }),
-             "no control character in a name");
-        Hold(('/' + name + '/').find("/../") == name.npos, "no step up in a path");
+    for (const std::string& created : memory::CreatedPaths()) {
+        Require(created.starts_with(chosen), "everything is created below the chosen folder");
+        const std::string name = created.substr(chosen.size());
+        Require(std::all_of(name.begin(), name.end(), [](unsigned char c) { return c >= 32; }),
+                "no control character in a name");
+        Require(('/' + name + '/').find("/../") == name.npos, "no path contains ..");
     }
 }
 
@@ -94,29 +95,29 @@ void UserSimulator::CheckText() const {
     const TextDisplay& text = Program->Form.rtfDisplay.Text;
     const std::int64_t size = text.Size();
     const std::int64_t lines = text.LineCount();
-    Hold(size >= 0 && lines >= 1, "sizes count up");
+    Require(size >= 0 && lines >= 1, "a size of 0 or more, and at least one line");
     for (const std::int64_t line : {std::int64_t{0}, lines / 2, lines - 1}) {
         const TextOffset start = text.LineStart(line);
         const TextOffset end = text.LineEnd(line);
-        Hold(start >= 0 && start <= end && end <= size, "a line lies within the text");
-        Hold(text.LineAt(start) == line, "the line at a line's start is that line");
-        Hold(std::ssize(text.Text(start, 4096)) == std::min<std::int64_t>(4096, size - start),
-             "as many bytes as are there");
+        Require(start >= 0 && start <= end && end <= size, "a line lies within the text");
+        Require(text.LineAt(start) == line, "LineAt is the inverse of LineStart");
+        Require(std::ssize(text.Text(start, 4096)) == std::min<std::int64_t>(4096, size - start),
+                "Text returns as many bytes as there are");
     }
     if (size > kWholeText) return;
 
     const std::string whole = text.Text();
-    Hold(std::ssize(whole) == size, "the whole text has the told size");
+    Require(std::ssize(whole) == size, "the whole text has the length Size()");
     std::string parts;
     text.WriteTo([&parts](std::string_view part, bool) { parts += part; });
-    Hold(parts == whole, "parts make the whole text");
+    Require(parts == whole, "WriteTo writes the whole text");
     std::string joined;
     const std::int64_t step = std::max<std::int64_t>(100, lines / 50);
     for (std::int64_t line = 0; line < lines; line += step) joined += text.Lines(line, step);
-    Hold(joined == whole, "lines make the whole text");
+    Require(joined == whole, "Lines returns the whole text");
     for (TextOffset at = 0; at < size; at += 997) {
-        Hold(text.Text(at, 61) == whole.substr(static_cast<std::size_t>(at), 61),
-             "a range is that part of the whole");
+        Require(text.Text(at, 61) == whole.substr(static_cast<std::size_t>(at), 61),
+                "Text returns a part of the whole text");
     }
 }
 
@@ -143,7 +144,7 @@ void UserSimulator::EnterDirectories(int depth) {
         const Long level = Program->Form.DirDepth;
         Do("double " + std::to_string(line));
         if (Program->Form.DirDepth > level) EnterDirectories(depth + 1);
-        // Back by "..", where the directory has one.
+        // Back through "..", if the directory has one.
         for (int up = 0; up < std::min(list.Count(), kMostLines); ++up) {
             if (!list.Text(up).starts_with("[..")) continue;
             Do("double " + std::to_string(up));

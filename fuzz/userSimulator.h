@@ -7,25 +7,24 @@
 
 namespace tessel {
 
-/// A person who tries everything in the window, with little patience, on a host in memory. After
-/// each step the window is held against what must always be true of it; where it is not, the
-/// process ends with a word on why.
+/// An impatient user who tries everything in the window, on the in-memory host. After each step the
+/// window's invariants are checked; if one is violated, the process prints it and aborts.
 class UserSimulator {
   public:
-    /// The program as it just started. `savesAnywhere`: what is done chooses other folders too.
+    /// Starts the program. `savesAnywhere`: the steps may save outside of memory::kChosen.
     explicit UserSimulator(bool savesAnywhere = false);
     ~UserSimulator();
     UserSimulator(const UserSimulator&) = delete;
     UserSimulator& operator=(const UserSimulator&) = delete;
 
     void Do(const std::string& scriptLine);
-    /// Opens an image of the host in memory.
+    /// Opens an image of the in-memory host.
     void Open(const std::string& path);
-    /// All reports, all entries in each mode, every save, and into the directories.
+    /// Shows all reports and all entries in each mode, uses every save, and enters directories.
     void TryEverything();
     /// Whether the program has ended.
     bool Ended() const { return Program->Desktop.Ended; }
-    /// What must be true between two steps, and of what was written so far.
+    /// Checks the window's invariants between two steps, and the paths written so far.
     void CheckWindow();
 
   private:
@@ -37,7 +36,7 @@ class UserSimulator {
     std::ostringstream Out;
     ScriptSettings Settings;
     std::unique_ptr<Script> Program;
-    long EventsLeft = 0;  // STOP is pressed when they are used up
+    long EventsLeft = 0;  // processings of events until STOP is pressed
     int Steps = 0;
     bool SavesAnywhere;
 };
