@@ -1,6 +1,6 @@
-# To be sourced: a virtual X screen with a window manager, and hands and eyes on it. Everything that
-# was started ends with the shell, by its process number. Files go to $scratch, settings of the
-# programs that run there too.
+# To be sourced: a virtual X screen with a window manager, and functions for input and screenshots.
+# Everything that is started here is ended with the shell, by its process id. Temporary files and the
+# programs' settings go to $scratch.
 # shellcheck shell=bash
 
 scratch=$(mktemp -d)
@@ -17,7 +17,7 @@ end_screen() {
 }
 trap end_screen EXIT
 
-# wait_until SECONDS COMMAND...: asks the command until it succeeds; false when the time is over.
+# wait_until SECONDS COMMAND...: repeats the command until it succeeds; false after that time.
 wait_until() {
     local end=$((SECONDS + $1))
     shift
@@ -35,36 +35,35 @@ start_screen() {
     unset WAYLAND_DISPLAY QT_QPA_PLATFORMTHEME XDG_CURRENT_DESKTOP DESKTOP_SESSION
     export QT_QPA_PLATFORM=xcb QT_SCALE_FACTOR=${QT_SCALE_FACTOR:-1} LC_ALL=C.UTF-8
 
-    # The server takes the first free number and tells which.
+    # The server takes the first free display number and reports it.
     Xvfb -displayfd 3 -screen 0 "$1x24" -dpi 96 -nolisten tcp -noreset \
         3> "$scratch/display" 2> "$scratch/xvfb.log" &
     started+=($!)
     if ! wait_until 20 test -s "$scratch/display"; then
         cat "$scratch/xvfb.log" >&2
-        echo "The virtual screen does not start" >&2
+        echo "The virtual screen failed to start" >&2
         return 1
     fi
     DISPLAY=:$(tr -d '[:space:]' < "$scratch/display")
     export DISPLAY
     openbox --sm-disable > "$scratch/openbox.log" 2>&1 &
     started+=($!)
-    wait_until 20 window_manager_runs || { echo "The window manager does not start" >&2; return 1; }
+    wait_until 20 window_manager_runs || { echo "The window manager failed to start" >&2; return 1; }
 }
 
 window_manager_runs() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }
 
-# start_program FOLDER PROGRAM [ARGUMENT...]: starts it there; its process number in $program.
+# start_program FOLDER PROGRAM [ARGUMENT...]: starts it there and sets $program to its process id.
 start_program() {
     (cd "$1" && shift && exec "$@") > "$scratch/output" 2>&1 &
     program=$!
     started+=("$program")
 }
 
-# wait_window REGEX [SECONDS]: waits for a window with such a title that has the keyboard, and prints
-# its number.
+# wait_window REGEX [SECONDS]: waits for an active window whose title matches, and prints its id.
 wait_window() {
     if ! wait_until "${2:-30}" active_is "$1"; then
-        echo "No window came up with the title $1" >&2
+        echo "No window with the title $1 appeared" >&2
         return 1
     fi
     xdotool getactivewindow
@@ -73,8 +72,8 @@ active_is() { [[ $(xdotool getactivewindow getwindowname) =~ $1 ]]; }
 no_window() { ! xdotool search --onlyvisible --name "$1"; }
 title_is() { [ "$(xdotool getwindowname "$main" 2> /dev/null)" = "$1" ]; }
 
-# take_main [TITLE]: the program's window is $main; places in it count from below the menu bar, which is
-# what $bar pixels of its height are for.
+# take_main [TITLE]: waits for the program's window and sets $main to its id and $bar to the height of
+# its menu bar in pixels. Positions of controls are relative to the area below that.
 take_main() {
     main=$(wait_window "${1:-^Tessel$}")
     bar=$(($(height_of "$main") - 369))
@@ -82,7 +81,7 @@ take_main() {
 
 height_of() { xdotool getwindowgeometry --shell "$1" | sed -n 's/^HEIGHT=//p'; }
 
-# Places of the controls, in pixels.
+# Positions of the controls, in pixels.
 at() {
     case "$1" in
         file-menu) echo 14 $((-bar / 2)) ;;
@@ -100,7 +99,7 @@ at() {
     esac
 }
 
-# point CONTROL: the words of xdotool that move the mouse there.
+# point CONTROL: prints the xdotool arguments that move the mouse there.
 point() {
     local x y
     read -r x y <<< "$(at "$1")"
@@ -112,13 +111,13 @@ click() { xdotool $(point "$1") click 1; }
 # shellcheck disable=SC2046
 double_click() { xdotool $(point "$1") click --repeat 2 --delay 60 1; }
 
-# choose_menu KEY...: opens the File menu and goes to an entry with these keys.
+# choose_menu KEY...: opens the File menu, goes to an entry with these keys and activates it.
 choose_menu() {
     click file-menu
     wait_until 10 menu_is_open || { echo "The menu does not open" >&2; return 1; }
     xdotool key --delay 20 "$@" Return
 }
-# A menu is the one window that is there beside those with a title.
+# An open menu is a second visible window of the program.
 menu_is_open() { [ "$(xdotool search --onlyvisible --class tessel | wc -l)" -gt 1 ]; }
 
 # type_line TEXT: types it and Return.
@@ -127,8 +126,7 @@ type_line() {
     xdotool key Return
 }
 
-# picture FILE [WINDOW]: what the screen looks like, or the part where a window stands with its title
-# bar, once it stands still.
+# picture FILE [WINDOW]: takes a screenshot, or one of a window with its frame, once it stops changing.
 picture() {
     local cut=() last='' now x y width height left right top bottom
     if [ $# -gt 1 ]; then

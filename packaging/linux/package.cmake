@@ -1,8 +1,8 @@
-# The files that a Linux desktop reads, and the Debian package. Needs `released`, the day of the release,
-# and `released_in_words`, the same as mail writes it.
+# The files that a Linux desktop reads, and the Debian package. Needs `released`, the release date,
+# and `released_in_words`, the same in the format of a mail header.
 
-# configure_gzipped(FROM NAME RESULT): fills FROM in and leaves it compressed as NAME.gz, as Debian
-# wants its documents; just filled in where there is no gzip. RESULT becomes the path.
+# configure_gzipped(FROM NAME RESULT): configures FROM and compresses it to NAME.gz, as Debian requires
+# for documentation; without gzip it only configures it. Sets RESULT to the path.
 function(configure_gzipped from name result)
   configure_file(${from} ${name} @ONLY)
   set(${result} ${CMAKE_CURRENT_BINARY_DIR}/${name} PARENT_SCOPE)
@@ -36,9 +36,9 @@ set(CPACK_PACKAGE_NAME tessel)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "viewer and extractor for FAT12 and FAT16 disk images")
 set(CPACK_PACKAGE_DESCRIPTION
 "Tessel opens raw images of floppy disks and partitions with a FAT12 or
-FAT16 file system, shows everything that is on them (boot sector, FAT,
+FAT16 file system, shows everything on them (boot sector, FAT,
 directories with long names, files as text or as hexadecimal dumps) and
-saves files and directories out of them.
+extracts files and directories from them.
 .
 It is made for images that are old, odd and often damaged: it shows the
 bytes as they are and never writes to an image.")
@@ -48,6 +48,6 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Tessel developers <tessel@example.org>")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The letters that the display is laid out for, and the drawings of desktops' own icons in dialogs.
+# The fonts that the display is designed for, and the renderer for SVG icon themes in dialogs.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-liberation, libqt6svg6")
 include(CPack)

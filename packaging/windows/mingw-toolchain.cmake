@@ -1,10 +1,10 @@
-# For building the Windows host on Linux, with the mingw-w64 compiler that has the standard threads.
+# Cross compilation for Windows, with the mingw-w64 compiler variant that supports std::thread.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 
-# Libraries and headers are the target's; nothing of this machine's own Qt or test library.
+# Libraries and headers come from the target only, never from this machine's Qt or test library.
 set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
