@@ -146,6 +146,7 @@ TEST_F(DirectoryTest, SubDirectoriesAreReadAlongTheirChain) {
     EXPECT_EQ(DirEntryCount, 6 + 16);
     EXPECT_EQ(CountFiles(), 3);
     EXPECT_EQ(DirectoryText().find("A14"), std::string::npos);
+    for (const Long cluster : {-1, 65536}) EXPECT_EQ(ErrorOf([&] { LoadSub(cluster); }), 9);
     image.SetFat(4, 2);
     Mount(image);
     LoadSub(2);
@@ -169,6 +170,7 @@ TEST_F(DirectoryTest, SubDirectoriesAreReadAlongTheirChain) {
     Mount(large);
     EXPECT_EQ(CountFiles(), 65535);
     EXPECT_EQ(EntryFileName(65535), "65534");
+    LoadRootDirectory();
     EXPECT_FALSE(ReadDirEntry(0, 0)) << "a full table takes no more";
     EXPECT_EQ(DirEntryCount, 65536);
     ClearDirEntries();

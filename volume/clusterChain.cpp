@@ -18,12 +18,13 @@ constexpr std::chrono::milliseconds kShortPiece{4};
 constexpr std::chrono::milliseconds kLongPiece{16};
 constexpr Long kFirstFiveDigitCluster = 10000;
 /// Cluster numbers come from 16-bit fields.
-constexpr std::size_t kClusterNumbers = 65536;
+constexpr Long kClusterNumbers = 65536;
 
 }  // namespace
 
 ClusterChain::ClusterChain(Long firstCluster) : PerCluster(ClusterBytes()) {
-    std::vector<bool> visited(kClusterNumbers);
+    if (firstCluster < 0 || firstCluster >= kClusterNumbers) Raise(kSubscriptOutOfRange);
+    std::vector<bool> visited(static_cast<std::size_t>(kClusterNumbers));
     Long cluster = firstCluster;
     do {
         visited[static_cast<std::size_t>(cluster)] = true;
@@ -131,9 +132,7 @@ WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
 
 void RaiseReadError(const ClusterChain& chain, std::int64_t offset) {
     const auto at = chain.ExtentAt(offset);
-    Byte byte = 0;
-    ReadFile(kImageFile, ClusterOffset(at.Cluster, at.InCluster), {&byte, 1});
-    Raise(kDeviceIoError);  // it failed before, and now it does not
+    RaiseReadError(ClusterOffset(at.Cluster, at.InCluster));
 }
 
 }  // namespace tessel

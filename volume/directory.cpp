@@ -22,7 +22,7 @@ namespace {
 /// Entries of one read: 64 sectors' worth.
 constexpr Long kEntriesPerRead = 64 * entry::kPerSector;
 
-std::u16string_view LongNamePart(ByteBuffer bytes) {
+KeptText LongNamePart(ByteBuffer bytes) {
     std::array<char16_t, std::size(entry::kLongNameUnits)> part;
     std::size_t count = 0;
     for (const Integer offset : entry::kLongNameUnits) {
@@ -32,18 +32,17 @@ std::u16string_view LongNamePart(ByteBuffer bytes) {
     return DirEntries.Keep({part.data(), count});
 }
 
-/// Adds a row for the 32 bytes of an entry; returns its InUse, false also when the table is full.
-bool AddRow(ByteBuffer bytes) {
-    const Long row = DirEntryCount;
-    if (!DirEntries.Grow(row)) return false;
+bool HasLongNameAttributes(const DirEntry& e) {
+    return (e.Attributes & attribute::kLongName) == attribute::kLongName;
+}
+
+/// The row of an entry's 32 bytes.
+DirEntry Decode(ByteBuffer bytes) {
     const auto byte = [bytes](Integer at) { return static_cast<Byte>(GetByte(bytes, at)); };
     const auto word = [bytes](Integer at) { return static_cast<Word>(GetWord(bytes, at)); };
-    DirEntry& e = DirEntries(row);
-    e = {
+    DirEntry e = {
         .Name = {GetString(bytes, entry::kName, 8)},
         .Ext = {GetString(bytes, entry::kExt, 3)},
-        .InUse = bytes[0] != entry::kEnd,
-        .Deleted = bytes[0] == entry::kDeleted,
         .Attributes = word(entry::kAttributes),
         .Reserved = byte(entry::kReserved),
         .CreateTenths = byte(entry::kCreateTenths),
@@ -55,13 +54,22 @@ bool AddRow(ByteBuffer bytes) {
         .ModifyDate = word(entry::kModifyDate),
         .StartCluster = word(entry::kStartCluster),
         .FileSize = GetLong(bytes, entry::kFileSize),
+        .InUse = bytes[0] != entry::kEnd,
+        .Deleted = bytes[0] == entry::kDeleted,
     };
-    if (IsLongName(row)) {
+    if (HasLongNameAttributes(e)) {
         e.LfnSequence = bytes[0];
         e.LongName = LongNamePart(bytes);
     }
+    return e;
+}
+
+/// Fills the next row; false when the table is full.
+bool AddRow(DirEntry e) {
+    if (!DirEntries.Grow(DirEntryCount)) return false;
+    DirEntries(DirEntryCount) = std::move(e);
     ++DirEntryCount;
-    return e.InUse;
+    return true;
 }
 
 /// Where entry `index` of a directory's cluster (0: the root) lies in the image.
@@ -71,25 +79,36 @@ std::int64_t EntryOffset(Long cluster, Long index) {
     return std::int64_t{PartitionOffset} + SectorToAddress(Drives[1].RootDirSector) + inArea;
 }
 
-/// Adds `count` entries that lie together, many a read, up to and with the first whose InUse is
-/// false. Where a read fails, the entries in front of that place are added before it raises.
-void AddEntries(Long cluster, Long count) {
-    std::vector<Byte> bytes;
-    for (Long index = 0; index < count; index += kEntriesPerRead) {
-        const Long wanted = std::min(kEntriesPerRead, count - index);
-        bytes.resize(static_cast<std::size_t>(wanted) * entry::kBytes);
-        const std::size_t good =
-            ReadFileUpTo(kImageFile, EntryOffset(cluster, index), bytes) / entry::kBytes;
-        for (std::size_t i = 0; i < good; ++i) {
-            if (!AddRow(ByteBuffer(bytes).subspan(i * entry::kBytes, entry::kBytes))) return;
-        }
-        if (good < static_cast<std::size_t>(wanted)) {
-            const auto failing = static_cast<Long>(index + static_cast<Long>(good));
-            ReadFile(kImageFile, EntryOffset(cluster, failing), std::span(bytes).first(1));
-            Raise(kDeviceIoError);  // it failed before, and now it does not
-        }
+/// Entries that lie together in a directory's cluster (0: the root), read ahead.
+class EntryBlock {
+  public:
+    /// The bytes of an entry. Raises 6 or 57 when it cannot be read.
+    ByteBuffer Entry(Long cluster, Long index) {
+        const std::int64_t offset = EntryOffset(cluster, index);
+        if (!Holds(offset)) Read(offset, EntriesIn(cluster) - index);
+        if (!Holds(offset)) RaiseReadError(offset);
+        return ByteBuffer(Held).subspan(static_cast<std::size_t>(offset - Start), entry::kBytes);
     }
-}
+
+  private:
+    static Long EntriesIn(Long cluster) {
+        return cluster == 0 ? BootSector.RootEntries : ClusterBytes() / entry::kBytes;
+    }
+    bool Holds(std::int64_t offset) const {
+        return offset >= Start && offset + entry::kBytes <= Start + std::ssize(Held);
+    }
+    void Read(std::int64_t offset, Long entries) {
+        Start = offset;
+        Held.resize(static_cast<std::size_t>(std::clamp(entries, 1, kEntriesPerRead)) *
+                    entry::kBytes);
+        Held.resize(ReadFileUpTo(kImageFile, offset, Held));
+    }
+
+    std::int64_t Start = 0;  // in the image file
+    std::vector<Byte> Held{};
+};
+
+EntryBlock ReadAhead;
 
 }  // namespace
 
@@ -105,12 +124,12 @@ void DirEntryTable::Clear() {
     LongNames.release();
 }
 
-std::u16string_view DirEntryTable::Keep(std::u16string_view name) {
-    if (name.empty()) return {};
+KeptText DirEntryTable::Keep(std::u16string_view text) {
+    if (text.empty()) return {};
     auto* const kept = static_cast<char16_t*>(
-        LongNames.allocate(name.size() * sizeof(char16_t), alignof(char16_t)));
-    std::copy(name.begin(), name.end(), kept);
-    return {kept, name.size()};
+        LongNames.allocate(text.size() * sizeof(char16_t), alignof(char16_t)));
+    std::copy(text.begin(), text.end(), kept);
+    return KeptText({kept, text.size()});
 }
 
 bool DirEntryTable::Grow(Long row) {
@@ -126,37 +145,36 @@ bool IsVolumeLabel(Long row) { return DirEntries(row).Attributes == attribute::k
 
 bool IsDirectory(Long row) { return (DirEntries(row).Attributes & attribute::kDirectory) != 0; }
 
-bool IsLongName(Long row) {
-    return (DirEntries(row).Attributes & attribute::kLongName) == attribute::kLongName;
-}
+bool IsLongName(Long row) { return HasLongNameAttributes(DirEntries(row)); }
 
 bool IsFile(Long row) { return !IsVolumeLabel(row) && !IsDirectory(row) && !IsLongName(row); }
 
 void ClearDirEntries() {
     DirEntries.Clear();
     DirEntryCount = 0;
+    ReadAhead = {};
 }
 
 void LoadRootDirectory() {
-    if (DirEntries.Grow(DirEntryCount)) {
-        DirEntries(DirEntryCount) = {
-            .Name = {".       "}, .InUse = true, .Attributes = attribute::kDirectory};
+    AddRow({.Name = {".       "}, .Attributes = attribute::kDirectory, .InUse = true});
+    for (Long index = 0; index < BootSector.RootEntries; ++index) {
+        if (!ReadDirEntry(0, index)) break;
     }
-    ++DirEntryCount;
-    AddEntries(0, BootSector.RootEntries);
 }
 
 void LoadSubDirectory(Long cluster) {
     const ClusterChain chain(cluster);
     const Long most = std::max<Long>(1, Drives[1].ClusterCount);
-    const Long perCluster = BootSector.SectorsPerCluster * entry::kPerSector;
+    const Long perCluster = ClusterBytes() / entry::kBytes;
     if (perCluster == 0) return;
     for (Long n = 0; n < most && DirEntryCount < DirEntryTable::kMostRows; ++n) {
         const std::int64_t at = n * chain.BytesPerCluster();
         if (!chain.LoopTarget() && at >= chain.DistinctBytes()) break;
         const Long visited = chain.ExtentAt(at).Cluster;
         try {
-            AddEntries(visited, perCluster);
+            for (Long index = 0; index < perCluster; ++index) {
+                if (!ReadDirEntry(visited, index)) break;
+            }
         } catch (const RuntimeError& error) {
             // An end mark such as FFF8 is visited like a cluster, and may lie past every address.
             if (error.Number != kOverflow || n == 0 || visited < Drives[1].ClusterCount) throw;
@@ -165,9 +183,7 @@ void LoadSubDirectory(Long cluster) {
 }
 
 bool ReadDirEntry(Long cluster, Long index) {
-    std::array<Byte, entry::kBytes> bytes{};
-    ReadFile(kImageFile, EntryOffset(cluster, index), bytes);
-    return AddRow(bytes);
+    return AddRow(Decode(ReadAhead.Entry(cluster, index))) && DirEntries(DirEntryCount - 1).InUse;
 }
 
 void AttachLongNames() {

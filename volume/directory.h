@@ -21,13 +21,20 @@ struct FixedText {
     std::array<char, N> Characters;
 };
 
-/// The decoded entry, small: a directory has up to 65536 of them. Names keep their trailing blanks;
-/// numbers are as on the disk.
+/// Text in the table's memory, which ends when the table is cleared. It cannot be copied, and so
+/// neither can a row.
+struct KeptText : std::u16string_view {
+    KeptText() = default;
+    explicit KeptText(std::u16string_view text) : std::u16string_view(text) {}
+    KeptText(KeptText&&) = default;
+    KeptText& operator=(KeptText&&) = default;
+};
+
+/// The decoded entry. Names keep their trailing blanks; numbers are as on the disk, in fields no
+/// wider than theirs, because a directory has up to 65536 rows.
 struct DirEntry {
     FixedText<8> Name{};
     FixedText<3> Ext{};
-    bool InUse = false;  ///< first byte not 0: the directory goes on
-    bool Deleted = false;
     Word Attributes = 0;  ///< the attribute byte plus 256 times the reserved byte
     Byte Reserved = 0;
     Byte CreateTenths = 0;
@@ -38,10 +45,11 @@ struct DirEntry {
     Word ModifyTime = 0;
     Word ModifyDate = 0;
     Word StartCluster = 0;
-    Byte LfnSequence = 0;  ///< long-name rows: the sequence byte
     Long FileSize = 0;     ///< bytes; signed on the disk
-    /// Long-name rows: their own part; files and directories: the whole name. The table keeps it.
-    std::u16string_view LongName{};
+    Byte LfnSequence = 0;  ///< long-name rows: the sequence byte
+    KeptText LongName{};   ///< long-name rows: their part; files and directories: all of it
+    bool InUse = false;    ///< first byte not 0: the directory goes on
+    bool Deleted = false;
 };
 
 /// The rows. There are always 1024 of them at least, and at most as many as the format allows in
@@ -61,8 +69,8 @@ class DirEntryTable {
     void Clear();
     /// Makes room for row `row`; false when the table may not grow so far.
     bool Grow(Long row);
-    /// A copy of `name` that lasts until the table is cleared.
-    std::u16string_view Keep(std::u16string_view name);
+    /// A copy of `text` that lasts until the table is cleared.
+    KeptText Keep(std::u16string_view text);
 
   private:
     std::vector<DirEntry> Table{};
@@ -80,16 +88,18 @@ bool IsLongName(Long row);
 /// None of volume label, directory and long name.
 bool IsFile(Long row);
 
-/// Empties the table.
+/// Empties the table, and forgets what was read ahead of it.
 void ClearDirEntries();
 /// Adds a row "." for the root itself and then the root directory's entries, up to and with the
 /// first whose InUse is false.
 void LoadRootDirectory();
 /// Adds the entries of a sub-directory's chain, of each cluster up to and with the first whose
-/// InUse is false. Ends at a full table, and after as many clusters as the volume has.
+/// InUse is false. Ends at a full table, and after as many clusters as the volume has. Raises 9 for
+/// a cluster that is no 16-bit number.
 void LoadSubDirectory(Long cluster);
-/// Adds entry `index` of a directory's cluster (0: of the root) as a row; returns its InUse. Raises
-/// 6 or 57 when it cannot be read.
+/// Adds entry `index` of a directory's cluster (0: of the root) as a row; returns its InUse, false
+/// also when the table is full. Reads ahead within the cluster. Raises 6 or 57 when the entry
+/// cannot be read.
 bool ReadDirEntry(Long cluster, Long index);
 /// Gives each file and directory row the long name that the long-name rows in front of it make.
 void AttachLongNames();

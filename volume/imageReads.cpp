@@ -31,9 +31,7 @@ void ReadFat(std::vector<Byte>& fat, Long sector) {
     const std::size_t good = ReadFileUpTo(kImageFile, offset, fat);
     if (good < fat.size()) {
         fat.resize(good);
-        Byte next = 0;
-        ReadFile(kImageFile, offset + static_cast<std::int64_t>(good), {&next, 1});
-        Raise(kDeviceIoError);  // it failed before, and now it does not
+        RaiseReadError(offset + static_cast<std::int64_t>(good));
     }
 }
 
@@ -70,6 +68,12 @@ void ReadRootDirectory() {
     if (!RootDirBytes.empty()) {
         ReadFile(kImageFile, AreaOffset(Drives[1].RootDirSector), RootDirBytes);
     }
+}
+
+void RaiseReadError(std::int64_t offset) {
+    Byte byte = 0;
+    ReadFile(kImageFile, offset, {&byte, 1});
+    Raise(kDeviceIoError);  // it failed before, and now it does not
 }
 
 Long ClusterToSector(Long cluster) {

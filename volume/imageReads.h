@@ -25,6 +25,10 @@ void ReadFat0();
 void ReadFat1();
 void ReadRootDirectory();
 
+/// Raises the error of a read of the image that has failed at `offset`: what reading there again
+/// raises, or 57 when it fails no longer.
+[[noreturn]] void RaiseReadError(std::int64_t offset);
+
 /// The first sector of a cluster. Clusters 0 and 1 give sectors in front of the data area.
 Long ClusterToSector(Long cluster);
 
