@@ -1,11 +1,8 @@
 #include "reports/dumps.h"
 
-#include <algorithm>
-#include <array>
 #include <memory>
 #include <vector>
 
-#include "util/byteCells.h"
 #include "util/modUtility.h"
 #include "volume/bootSector.h"
 #include "volume/fatEntries.h"
@@ -25,13 +22,9 @@ std::string Rows(ByteBuffer bytes, std::size_t first, std::size_t count) {
     text.reserve(count * kRowLength);
     for (std::size_t i = first * kPerRow; i < (first + count) * kPerRow; i += kPerRow) {
         text.append("\r\n").append(Hex8(static_cast<Long>(i))).append("  ");
-        std::array<char, 4 * kPerRow> line;
-        char* to = line.data();
-        for (const Byte byte : bytes.subspan(i, kPerRow)) {
-            to = std::copy_n(kByteCells[byte].data() + 1, 3, to);
-        }
-        for (const Byte byte : bytes.subspan(i, kPerRow)) *to++ = kByteCharacters[byte];
-        text.append(line.data(), to);
+        const ByteBuffer row = bytes.subspan(i, kPerRow);
+        for (const Byte byte : row) text += Hex2(byte) + " ";
+        for (const Byte byte : row) text += ByteToChar(byte);
     }
     return text;
 }
