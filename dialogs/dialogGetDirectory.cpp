@@ -7,7 +7,7 @@
 namespace tessel {
 namespace {
 
-/// Carries out a step; false when it fails.
+/// Runs `step`; returns false when it raises an error.
 template <class Step>
 bool Try(const Step& step) {
     try {
@@ -25,7 +25,7 @@ dialogGetDirectory::dialogGetDirectory() {
     Form.Caption = "Directory";
     Form.ScaleWidth = 7440;
     Form.ScaleHeight = 5100;
-    // Where the window was designed to stand.
+    // The design-time position, used until one is stored.
     Form.Top = 3000;
     Form.Left = 3000;
     driveDriveBox.Name = "driveDriveBox";
@@ -64,7 +64,7 @@ void dialogGetDirectory::InitDirectoryLists() {
         Try([&] { driveDriveBox.SetDrive(current); });
     }
     Opening = false;
-    // A list that shows nothing yet, and could go nowhere so far, shows what there is to show.
+    // When no folder could be shown so far, show the current one or the first drive's root.
     for (const std::string& folder : {current, DriveRoot(HostDrives().front())}) {
         if (dirDirBox.Path().empty()) Try([&] { dirDirBox.SetPath(folder); });
     }
@@ -73,8 +73,8 @@ void dialogGetDirectory::InitDirectoryLists() {
 
 void dialogGetDirectory::driveDriveBox_Change() {
     const std::string root = DriveRoot(driveDriveBox.Drive());
-    // A start folder may be open to people whom the top of its drive is closed to. A drive that
-    // somebody picks must show its top, or is refused.
+    // The user may have access to the start folder without access to the root of its drive. When
+    // the user picks a drive, its root must be shown: SetPath raises an error if it cannot be.
     if (Opening && !FolderCanBeListed(root)) return;
     dirDirBox.SetPath(root);
 }

@@ -6,24 +6,24 @@
 
 namespace tessel {
 
-/// The folder chooser: a modal window with a drive list, a folder list, and a text line that shows
-/// the folder list's path. One instance lives from its first use to the end of the program, so its
-/// controls and its place on the screen last from one use to the next.
+/// The folder chooser: a modal window with a drive list, a folder list, and a text box that shows
+/// the folder list's path. One instance is created on first use and kept until the program ends, so
+/// its controls and its position are kept between uses.
 struct dialogGetDirectory {
-    /// Loads the window: it stands where the settings say, or where it was designed to.
+    /// Sets the controls, and the window's position from the settings or to its default.
     dialogGetDirectory();
     dialogGetDirectory(const dialogGetDirectory&) = delete;
     dialogGetDirectory& operator=(const dialogGetDirectory&) = delete;
 
     Integer ReturnValue = 0;  ///< 1 after OK; 0 after Cancel or the close box
-    bool Cancel = false;      ///< false after OK, true after Cancel; the close box leaves it
-    std::string DirName;      ///< in: where to start; out: the folder after OK, "" after Cancel
-    std::string DriveName;    ///< in: a path on the drive to start on; out: as DirName
+    bool Cancel = false;  ///< false after OK, true after Cancel; the close box does not change it
+    std::string DirName;  ///< in: the folder to start in; out: the folder after OK, "" after Cancel
+    std::string DriveName;  ///< in: a path on the drive to start on; out: as DirName
 
-    /// Shows the window with its lists set from DirName and DriveName, and returns when it is
-    /// hidden again. The close box leaves DirName, DriveName and Cancel as they were.
+    /// Sets the lists from DirName and DriveName, shows the window and returns when it is hidden
+    /// again. The close box does not change DirName, DriveName and Cancel.
     void ShowGetDirectory();
-    /// Stores where the window stands, unless it is minimised or maximised.
+    /// Stores the window's position, unless it is minimised or maximised.
     void Form_Unload();
 
     Window Form;  ///< 7440 x 5100 twips, neither resizable nor in the task bar
@@ -42,7 +42,7 @@ struct dialogGetDirectory {
     void CancelButton_Click();
     void Form_CloseBox();
 
-    bool Opening = false;  ///< the program, and not a person, sets the lists
+    bool Opening = false;  ///< the program sets the lists, not the user
 };
 
 }  // namespace tessel

@@ -16,20 +16,20 @@ struct FileKind {
     std::string SettingsKey{};       ///< of the remembered folder
 };
 
-/// The keyword that every drive slot shares.
+/// The keyword of the kind that all drive slots share.
 inline constexpr const char* kDriveSlotKeyword = "DRV";
-/// The settings key of kinds that have none of their own.
+/// The settings key of kinds without their own key.
 inline constexpr const char* kElseKey = "ELSE";
 
-/// The kind of a keyword, compared without case. A keyword that is not in the table gives a kind of
-/// its own, with the keyword as the extension in the case in which it was written.
+/// Returns the kind of `keyword`, in any case. A keyword that is not in the table gives a new kind
+/// whose extension is the keyword as written.
 FileKind FileKindOf(const std::string& keyword);
 
-/// The slot of a drive-slot keyword in upper case: "DRV01" to "DRV12", "DRV013" to "DRV016"; 0 for
-/// any other.
+/// Returns the slot, 1 to 16, of a drive-slot keyword in upper case ("DRV01" to "DRV12", "DRV013"
+/// to "DRV016"), 0 for any other keyword.
 int DriveSlotOf(const std::string& keyword);
 
-/// The settings key of a drive slot: "DRIVE" and two digits.
+/// Returns the settings key of a drive slot: "DRIVE" and two digits.
 std::string DriveKey(int slot);
 
 }  // namespace tessel

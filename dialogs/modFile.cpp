@@ -35,7 +35,7 @@ void ReadRecentPaths(int slot) {
     }
 }
 
-/// Sets title and flags by the purpose and shows the dialog; nothing for an unknown purpose.
+/// Sets title and flags for the purpose and shows the dialog; does nothing for an unknown purpose.
 void ShowFor(const std::string& purpose, CommonDialog& dialog, const std::string& description,
              Long extraFlags) {
     if (purpose == "OPEN") {

@@ -10,8 +10,8 @@ namespace tessel {
 
 /// The remembered folders, each with its trailing separator; "" when none is known.
 struct RecentPathsRecord {
-    /// Of the last file chosen in this run; before the first choice the process's current folder,
-    /// without a trailing separator. Never stored.
+    /// The folder of the last file chosen in this run; before the first choice the process's
+    /// current folder, without a trailing separator. Never stored.
     std::string LastFolder;
     std::array<std::string, 30> KindFolders;   ///< in the order of kKindKeys
     std::array<std::string, 17> DriveFolders;  ///< by drive slot
@@ -25,13 +25,13 @@ inline constexpr std::array<const char*, 30> kKindKeys = {
 
 extern RecentPathsRecord RecentPaths;
 
-/// Asks a person for a file through `dialog`, in the folder remembered for its kind, and remembers
-/// the folder of the answer. `openSave` is "OPEN", "SAVE" or "SAVEAS" in any case; for any other no
-/// dialog is shown and the suggested name counts as the answer. `fileType` is a kind's keyword; a
-/// drive slot's becomes "DRV" in the caller's variable. `dialogTitle` stands for the kind's
-/// description in the title, unless it is "Default". Returns the chosen path, "" after Cancel and
-/// after an error of the dialog, which a message box tells. Errors of the settings go to the
-/// caller.
+/// Shows `dialog`, starting in the folder remembered for the kind of file, and remembers the folder
+/// of the chosen file. `openSave` is "OPEN", "SAVE" or "SAVEAS" in any case; for any other text no
+/// dialog is shown and the suggested name counts as chosen. `fileType` is the keyword of a kind;
+/// the keyword of a drive slot is replaced by "DRV" in the caller's variable. `dialogTitle`
+/// replaces the kind's description in the title, unless it is "Default". Returns the chosen path,
+/// or "" after Cancel and after an error of the dialog, which is shown in a message box. Raises the
+/// errors of the settings.
 std::string GetFileName(CommonDialog& dialog, const std::string& suggestedFileName,
                         const std::string& openSave, std::string& fileType, Long extraFlags,
                         const std::string& dialogTitle);

@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// The names of the remembered values, and how they are read and written through the host's store.
+/// The keys of the stored settings, and functions to read and write them.
 namespace tessel {
 
 inline constexpr const char* kPathsSection = "Paths";      // remembered folders
@@ -12,12 +12,12 @@ inline constexpr const char* kSaveAllFolderKey =
 inline constexpr const char* kTopKey = "Top";
 inline constexpr const char* kLeftKey = "Left";
 
-/// The stored text, "" when nothing is stored.
+/// Returns the folder stored in the section Paths, "" when none is stored.
 std::string ReadPath(const std::string& key);
 void WritePath(const std::string& key, const std::string& folder);
 
-/// A stored position in twips, `fallback` when it is absent or no number. The text has a point
-/// whatever the locale.
+/// Returns a stored window position in twips, `fallback` when it is missing or not a number. The
+/// text has a decimal point in every locale.
 float ReadPosition(const char* key, float fallback);
 void WritePosition(const char* key, float value);
 
