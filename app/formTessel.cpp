@@ -23,7 +23,7 @@ formTessel::formTessel() {
         optDisplay[i].Click = Guarded(&formTessel::optDisplay_Click);
     }
     optDisplay[0].Value = true;
-    // It has no view of its own: shown, but never to be chosen.
+    // SuperBlock has no view: it is shown, but cannot be chosen.
     optDisplay[3].Enabled = false;
 
     listDIR.Name = "listDIR";
@@ -99,7 +99,7 @@ void formTessel::RunGuarded(const std::function<void()>& handler) {
         report({kDeviceIoError, kProjectName, error.what()});
     }
 
-    // What was asked for during a long operation happens once nothing works on the image any more.
+    // Close and Exit, chosen during a long operation, run when no handler uses the image any more.
     if (RunningHandlers > 0) return;
     if (std::exchange(ClosePending, false)) mnuClose.Click();
     if (std::exchange(ExitPending, false)) TheHost.EndProgram();
@@ -128,7 +128,7 @@ void formTessel::Form_Resize() {
     }
     const ControlBounds list = listDIR.Bounds;
     const int listHeight = Form.ScaleHeight - list.Top;
-    // The list's height hangs on the display's width too.
+    // The list's height also depends on the display's width.
     if (width > 0 && listHeight > 0) {
         listDIR.Bounds = ControlBounds{list.Left, list.Top, list.Width, listHeight};
     }
@@ -146,7 +146,8 @@ void formTessel::mnuExit_Click() {
 }
 
 void formTessel::cmdABORT_Click() {
-    // A view that is begun while a text is saved ends alone.
+    // While a view runs inside Save Display, STOP ends the view alone; a Save Display that was
+    // started inside a view ends together with it.
     if (SavingWithinView) StopSaving = true;
     StopRequested = true;
 }

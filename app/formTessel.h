@@ -11,22 +11,22 @@
 
 namespace tessel {
 
-/// One step of the path from the root to the listed directory.
+/// One level of the path from the root to the listed directory.
 struct DirLevel {
     std::string ShortName{};   ///< the entry's 8.3 name
     std::string LongName{};    ///< its long name, "" for none
     std::string FolderName{};  ///< the long name, or the short one where there is none
 };
 
-/// The main window. Every action of a person enters here, and every event handler has one outermost
-/// guard: an error that no command caught becomes one message box, the busy state is left, and the
-/// window goes on.
+/// The main window. Its event handlers are the entry points for all actions of the user. Each runs
+/// inside one outermost guard: an error that no command catches is shown in a message box, the busy
+/// state ends, and the window stays usable.
 struct formTessel {
     formTessel();
     formTessel(const formTessel&) = delete;
     formTessel& operator=(const formTessel&) = delete;
 
-    // --- The controls (places in twips). ---------------------------------------------------------
+    // --- The controls (bounds in twips). ---------------------------------------------------------
     Window Form;
     Frame Frame1{"Frame1", "Display", {0, 0, 1695, 1215}};
     std::array<OptionButton, 4> optDisplay;
@@ -58,35 +58,39 @@ struct formTessel {
     MenuEntry& mnuOffset = OptionsEntries[0];
 
     // --- The window's state. ---------------------------------------------------------------------
-    bool VolumeOpen = false;  ///< a volume is listed and may be browsed
-    Long FileCount = 0;       ///< files of the listed directory, counted when it was loaded
+    bool VolumeOpen = false;  ///< a volume is open and can be browsed
+    Long FileCount = 0;       ///< files in the listed directory, counted when it was loaded
     Long DirDepth = 0;        ///< index of the listed directory in DirStack; 0 is the root
     std::array<DirLevel, 512> DirStack;  ///< level 0 is the root and is never written
 
-    /// The folder chooser, from its first use on.
+    /// The folder chooser; null until its first use.
     std::unique_ptr<dialogGetDirectory> Chooser;
 
-    // --- What the screen calls beside the controls' own events. ----------------------------------
-    /// The window is about to be shown for the first time: list and display empty, nothing enabled
-    /// that needs a volume.
+    // --- Called by the screen, beside the controls' events. --------------------------------------
+    /// Call before the window is shown first: empties list and display, and disables all controls
+    /// that need a volume.
     void Form_Load();
-    /// The program ends: the chooser's place is stored.
+    /// Call when the program ends: stores the folder chooser's position.
     void Form_Unload();
-    /// Whether Open would do something: not during a long operation.
+    /// Whether an image can be opened now: false during a long operation.
     bool MayOpen() const;
-    /// Exit was chosen during a long operation and is carried out when that has ended.
+    /// Whether Exit was chosen during a long operation and will run when that has ended.
     bool ExitIsPending() const { return ExitPending; }
-    /// A person has dropped a file on the window; `title` is its name without the folder. Opens it
-    /// as Open does behind its dialog, when MayOpen and nothing else is at work.
+    /// Opens an image that the user dropped on the window or that the desktop passed, as Open does
+    /// after its dialog. `title` is its file name. Does nothing while MayOpen is false or an event
+    /// handler runs.
     void DropImage(const std::string& path, const std::string& title);
 
-    /// Closes drive slot `index` (0 to 3) and returns the window to its no-image state.
+    /// Closes drive slot `index` (0 to 3, any other raises 9) and returns the window to its state
+    /// without an image.
     void CloseDrive(Integer index);
-    /// Fills the list from DirEntries, in their order, and selects the first line.
+    /// Adds the files and directories of DirEntries to the list, in disk order, shows a volume
+    /// label in lblVolumeID, and selects the first line.
     void ListDirectory();
-    /// Asks for a host folder; "" when a person cancels. `dirType` "SAVEALL" starts in the folder
-    /// stored for it and stores the answer, also an empty one. The title is "Directory Path " and
-    /// `dialogTitle`. The other three are accepted and not used.
+    /// Asks the user for a host folder; returns "" after Cancel. With `dirType` "SAVEALL" (in any
+    /// case) the chooser starts in the folder stored for Save Directory, and the result is stored,
+    /// even if empty. The title is "Directory Path " followed by `dialogTitle`. The other three
+    /// parameters are ignored.
     std::string GetDirName(const std::string& suggestedDirName, const std::string& openSave,
                            const std::string& dirType = "", Long extraFlags = 0,
                            const std::string& dialogTitle = "");
@@ -144,14 +148,14 @@ struct formTessel {
     void mnuSaveDirectory_Click();
     std::string SuggestedName() const;
 
-    int RunningHandlers = 0;    // handlers run inside one another while events are let in
+    int RunningHandlers = 0;    // more than 1 when a handler runs while another processes events
     bool ClosePending = false;  // Close was chosen while the image was in use
     bool ExitPending = false;   // Exit was chosen while the image was in use
     std::string LastDirName{};  // the folder last chosen through GetDirName in this run
     bool SaveAllRunning = false;
-    bool SavingText = false;        // Save Display writes, and lets events in
-    bool StopSaving = false;        // it shall end
-    bool SavingWithinView = false;  // it was begun in an event turn of a view, which waits for it
+    bool SavingText = false;        // Save Display is running
+    bool StopSaving = false;        // the running Save Display stops at its next part
+    bool SavingWithinView = false;  // it was started while a view processed events
 };
 
 /// "MAJOR.MINOR.REVISION" of this program.

@@ -23,7 +23,7 @@ void formTessel::OpenDirectory(Long cluster) {
             LoadRootDirectory();
         }
     } catch (const RuntimeError&) {
-        list();  // what could be read
+        list();  // the entries that could be read
         throw;
     }
     list();

@@ -14,8 +14,7 @@
 namespace tessel {
 namespace {
 
-/// Carries out steps of which each shall be tried though one before it failed, and keeps the first
-/// failure for the end.
+/// Runs steps that must all run even if an earlier one fails, and keeps the first error.
 class FirstError {
   public:
     void Try(const std::function<void()>& step) {
@@ -66,7 +65,7 @@ void formTessel::mnuOpen_Click() {
 }
 
 void formTessel::DropImage(const std::string& path, const std::string& title) {
-    // The window may have begun something, or be asking a person something, since the drop.
+    // Since the drop, the window may have started an operation or opened a dialog.
     if (RunningHandlers > 0 || !MayOpen()) return;
     RunGuarded([this, path, title] {
         Drives[1].FileNumber = kImageFile;
@@ -111,7 +110,7 @@ bool formTessel::OpenImageFile(const std::string& path) {
         lblSystemID.Caption = "";
         lblDirectory.Caption = "";
         DirDepth = 0;
-        // Without its first sector there is no volume to tell anything about.
+        // Without its first sector there is nothing to show of a volume.
         if (!ReadBootSector()) Raise(kDeviceIoError);
         return true;
     } catch (const RuntimeError& error) {
@@ -132,9 +131,9 @@ void formTessel::RefuseVolume() {
 }
 
 void formTessel::BrowseVolume() {
-    // A damaged volume is browsed as far as it holds: a failing area does not keep the others away.
+    // A damaged volume is shown as far as it can be read: one bad area does not hide the others.
     FirstError errors;
-    // Without FATs the FAT table would otherwise show those of the image opened before.
+    // Otherwise a volume without FATs would show the FAT of the previous image.
     Fat0Bytes.clear();
     Fat1Bytes.clear();
     RootDirBytes.clear();
@@ -165,7 +164,7 @@ void formTessel::CloseDrive(Integer index) {
     drive.ImagePath.clear();
     drive.ImageTitle.clear();
     drive.IsOpen = false;
-    // Nothing that is still shown may be read from a closed file.
+    // The display may generate its text from the file, so clear it before closing.
     ClearDisplay();
     CloseFile(index);
     Form.Caption = "FAT File System";

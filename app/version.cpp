@@ -2,7 +2,7 @@
 
 namespace tessel {
 
-// The build hands in the project's version.
+// The build defines TESSEL_VERSION.
 const char* ProgramVersion() { return TESSEL_VERSION; }
 
 }  // namespace tessel

@@ -6,8 +6,9 @@
 
 #include "drive/script.h"
 
-/// tessel-drive [--settings FILE] [SCRIPT...]: the window without a screen, worked by commands from
-/// the scripts, or from standard input.
+/// tessel-drive [--settings FILE] [SCRIPT...]: runs the window without a screen, driven by the
+/// commands in the scripts, or on standard input when there is none. Exits with 0, or with 2 when a
+/// script cannot be read or a command is wrong.
 int main(int argc, char** argv) {
     std::ios::sync_with_stdio(false);
     std::vector<std::string> words(argv + 1, argv + argc);
@@ -17,21 +18,21 @@ int main(int argc, char** argv) {
         words.erase(words.begin(), words.begin() + 2);
     }
 
-    // A script may change the process's folder.
+    // Paths are resolved now: a command may change the process's current folder.
     std::vector<std::filesystem::path> files;
     files.reserve(words.size());
     for (const std::string& word : words) files.push_back(std::filesystem::absolute(word));
 
     const auto script = std::make_unique<tessel::Script>(std::cout, std::cerr, settings);
-    bool good = true;
-    for (std::size_t i = 0; good && i < words.size() && !script->Desktop.Ended; ++i) {
+    bool ok = true;
+    for (std::size_t i = 0; ok && i < words.size() && !script->Desktop.Ended; ++i) {
         std::ifstream file(files[i]);
-        good = file.is_open();
-        if (!good) std::cerr << "tessel-drive: cannot read " << words[i] << '\n';
-        if (good) good = script->Run(file);
+        ok = file.is_open();
+        if (!ok) std::cerr << "tessel-drive: cannot read " << words[i] << '\n';
+        if (ok) ok = script->Run(file);
     }
-    if (words.empty()) good = script->Run(std::cin);
+    if (words.empty()) ok = script->Run(std::cin);
     script->Finish();
     std::cout.flush();
-    return good ? 0 : 2;
+    return ok ? 0 : 2;
 }

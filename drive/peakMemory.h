@@ -2,8 +2,7 @@
 
 namespace tessel {
 
-/// The largest resident size that this process has had so far, in MiB. For measurements only, so
-/// the program itself has no use for it.
+/// Returns the peak resident memory of this process so far, in MiB. For measurements.
 double PeakMemoryMiB();
 
 }  // namespace tessel

@@ -12,7 +12,7 @@
 namespace tessel {
 namespace {
 
-/// CR and LF as \r and \n, so that a text stays on its line.
+/// Writes CR and LF as \r and \n, so that a text stays on one line.
 std::string OnOneLine(const std::string& text) {
     std::string line;
     for (const char c : text) {
@@ -26,6 +26,7 @@ std::string OnOneLine(const std::string& text) {
     return line;
 }
 
+/// Parses a whole number from 0 on; returns false for any other text.
 bool ParseCount(const std::string& text, long& value) {
     const char* end = text.data() + text.size();
     const auto parsed = std::from_chars(text.data(), end, value);
@@ -59,8 +60,8 @@ bool Script::Run(std::istream& lines) {
     return true;
 }
 
-bool Script::Refuse(const std::string& line, const std::string& why) {
-    Errors << "tessel-drive: " << why << ": " << line << '\n';
+bool Script::Fail(const std::string& line, const std::string& reason) {
+    Errors << "tessel-drive: " << reason << ": " << line << '\n';
     return false;
 }
 
@@ -77,11 +78,11 @@ bool Script::RunLine(const std::string& line) {
         else if (verb == "input")
             Desktop.Inputs.push_back(answer);
         else if (verb == "folder" && answer)
-            Desktop.Folders.push_back({FolderAnswer::How::kOk, rest});
+            Desktop.Folders.push_back({FolderAnswer::Button::kOk, rest});
         else if (verb == "folder")
-            Desktop.Folders.push_back({FolderAnswer::How::kCancel, ""});
+            Desktop.Folders.push_back({FolderAnswer::Button::kCancel, ""});
         else if (line == "folder-close")
-            Desktop.Folders.push_back({FolderAnswer::How::kCloseBox, ""});
+            Desktop.Folders.push_back({FolderAnswer::Button::kCloseBox, ""});
         else if (verb == "menu")
             known = ChooseMenu(rest);
         else if (verb == "press")
@@ -95,12 +96,12 @@ bool Script::RunLine(const std::string& line) {
         else if (line == "clock")
             Clock();
         else if (verb == "select" || verb == "double") {
-            return ClickLine(rest, verb == "double") || Refuse(line, "no such list line");
+            return ClickLine(rest, verb == "double") || Fail(line, "no such list line");
         } else
             known = false;
-        return known || Refuse(line, "not a command");
+        return known || Fail(line, "not a command");
     } catch (const NoAnswer&) {
-        return Refuse(line, "a file dialog with no answer queued");
+        return Fail(line, "a file dialog with no answer queued");
     }
 }
 
@@ -137,10 +138,10 @@ bool Script::ChooseOption(const std::string& caption) {
     return false;
 }
 
-bool Script::ClickLine(const std::string& number, bool twice) {
+bool Script::ClickLine(const std::string& number, bool doubleClick) {
     long line = 0;
     if (!ParseCount(number, line) || line >= Form.listDIR.Count()) return false;
-    if (twice) {
+    if (doubleClick) {
         Form.listDIR.DoubleClickLine(static_cast<int>(line));
     } else {
         Form.listDIR.ClickLine(static_cast<int>(line));
@@ -178,15 +179,15 @@ void Script::ShowLabels() {
 }
 
 void Script::ShowEnabled() {
-    const auto tell = [this](const std::string& name, bool enabled) {
+    const auto print = [this](const std::string& name, bool enabled) {
         Out << name << '\t' << (enabled ? "on" : "off") << '\n';
     };
-    for (const Button* button : Buttons(Form)) tell(button->Name, button->Enabled);
-    for (const OptionButton& option : Form.optDisplay) tell(option.Name, option.Enabled);
-    tell(Form.listDIR.Name, Form.listDIR.Enabled);
+    for (const Button* button : Buttons(Form)) print(button->Name, button->Enabled);
+    for (const OptionButton& option : Form.optDisplay) print(option.Name, option.Enabled);
+    print(Form.listDIR.Name, Form.listDIR.Enabled);
     for (const Menu* menu : {&Form.mnuFile, &Form.mnuOptions}) {
         for (const MenuEntry& entry : menu->Entries) {
-            if (!entry.IsSeparator()) tell(entry.Name, entry.Enabled);
+            if (!entry.IsSeparator()) print(entry.Name, entry.Enabled);
         }
     }
 }

@@ -123,9 +123,9 @@ void ScriptedDesktop::AnswerFolder() {
         Folders.pop_front();
     }
     dialogGetDirectory& chooser = *Form.Chooser;
-    if (answer.Answer == FolderAnswer::How::kCloseBox) {
+    if (answer.Pressed == FolderAnswer::Button::kCloseBox) {
         RaiseEvent(chooser.Form.CloseBox);
-    } else if (answer.Answer == FolderAnswer::How::kCancel) {
+    } else if (answer.Pressed == FolderAnswer::Button::kCancel) {
         chooser.CancelButton.Press();
     } else {
         const std::string folder =
@@ -134,7 +134,7 @@ void ScriptedDesktop::AnswerFolder() {
             chooser.dirDirBox.SetPath(folder);
             chooser.OKButton.Press();
         } catch (const RuntimeError&) {
-            // A folder that went away after it was chosen.
+            // Act like a folder that is deleted after the user chose it.
             chooser.OKButton.Press();
             chooser.DirName = folder;
         }

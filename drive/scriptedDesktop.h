@@ -12,12 +12,13 @@
 
 namespace tessel {
 
-/// Settings that live in memory, and in a file when one is named: a line a value, section, key and
-/// text with a tab between, "\" "n" and "t" behind a "\".
+/// Settings in memory, and also in a file if one is named. The file has one line per value:
+/// section, key and text, separated by tabs, with backslash, LF and tab written as "\\", "\n" and
+/// "\t".
 class ScriptSettings {
   public:
-    /// With a path, what the file holds is read now and every write goes to it. A file that cannot
-    /// be read holds nothing; one that cannot be written raises.
+    /// Reads the file at `path`, if any; a file that cannot be read counts as empty. Write then
+    /// updates the file, and raises 75 when it cannot.
     explicit ScriptSettings(std::string path = "") { Load(std::move(path)); }
     void Load(std::string path);
     std::string Read(const std::string& section, const std::string& key,
@@ -29,33 +30,33 @@ class ScriptSettings {
     std::map<std::pair<std::string, std::string>, std::string> Values;
 };
 
-/// How the next folder chooser is answered.
+/// The answer to a folder chooser.
 struct FolderAnswer {
-    enum class How { kOk, kCancel, kCloseBox } Answer = How::kCancel;
-    std::string Path{};
+    enum class Button { kOk, kCancel, kCloseBox } Pressed = Button::kCancel;
+    std::string Path{};  ///< the folder chosen before OK
 };
 
-/// A file dialog came up and nobody had said how to answer it.
+/// Thrown when a file dialog is shown and no answer is queued.
 struct NoAnswer {};
 
-/// A desk without a screen: it answers dialogs with what was queued, and hands message boxes on.
-/// While it lives it stands as TheHost for one window.
+/// A desktop without a screen, for one window: it answers dialogs from queues and forwards message
+/// boxes. TheHost refers to it, so it must exist as long as the window is used.
 class ScriptedDesktop {
   public:
-    /// Fills TheHost. `showBox` gets each message box (title, text) when it appears.
+    /// Fills TheHost. `showBox` is called with title and text of each message box.
     ScriptedDesktop(formTessel& form, ScriptSettings& settings,
                     std::function<void(const std::string&, const std::string&)> showBox);
 
     std::deque<std::optional<std::string>> Files;   ///< nullopt is Cancel
     std::deque<std::optional<std::string>> Inputs;  ///< nullopt is Cancel; so is an empty queue
     std::deque<FolderAnswer> Folders;               ///< an empty queue is Cancel
-    long StopAt = 0;  ///< STOP is pressed at this many lettings-in of events from now; 0 never
-    /// What else happens at every letting-in of events.
+    long StopAt = 0;  ///< presses STOP at this processing of events, counted from now; 0 for never
+    /// Called at each processing of events.
     std::function<void()> OnEvents{};
-    std::optional<CommonDialog> LastDialog;  ///< as the program had set it
+    std::optional<CommonDialog> LastDialog;  ///< the last file dialog, as the program set it
     bool Ended = false;                      ///< the program has ended
     bool Hourglass = false;
-    long DoEventsCount = 0;
+    long DoEventsCount = 0;  ///< how many times events were processed
 
   private:
     void AnswerFile(CommonDialog& dialog);

@@ -9,7 +9,7 @@ namespace tessel {
 
 double PeakMemoryMiB() {
 #ifdef __linux__
-    // After an exec, getrusage may still report the peak of the process that started this one.
+    // After an exec, getrusage may still report the peak of the program before it.
     std::ifstream status("/proc/self/status");
     for (std::string word; status >> word;) {
         double kibibytes = 0;

@@ -1,7 +1,7 @@
 #include "drive/peakMemory.h"
 
 #include <windows.h>
-// After windows.h.
+// Must follow windows.h.
 #include <psapi.h>
 
 namespace tessel {
