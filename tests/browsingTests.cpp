@@ -7,14 +7,14 @@ namespace {
 
 const std::string kDates = " C- 03/15/1998 14:22:06 M- 03/15/1998 14:22:06 A- 03/15/1998";
 
-TEST_F(WindowTest, DirectoriesAreWalkedDownAndUp) {
+TEST_F(WindowTest, DirectoriesAreEnteredAndLeft) {
     Open(SampleImage());
     EXPECT_EQ(Run("choose Dump\ndouble 2\nshow list\nshow display"),
               ">0\t[.           ]\n1\t[..          ]\n2\t INNER   .TXT \n3\t EMPTY   .    \n"
               "4\t[DEEP    .D  ]\n[.           ] \r\n     " +
                   kDates + " CL-0003")
         << "the mode is File info again, and the first line is shown";
-    // A step, what it prints, and where it leads: directory, level, files.
+    // A step, what it prints, and the resulting directory, level and number of files.
     const std::tuple<const char*, const char*, const char*> rows[] = {
         {"double 0", "", "SUBFOL~1 1 2"},
         {"double 2", "", "SUBFOL~1 1 2"},
@@ -92,10 +92,10 @@ TEST_F(WindowTest, DamagedDirectoriesLeaveTheWindowUsable) {
     EXPECT_EQ(Run("double 2"),
               "box\tError\tThe directory lies too deep: 511 levels are the most\n");
     EXPECT_EQ(Window->Form.DirDepth, 511);
-    EXPECT_EQ(Run("double 1\ndouble 4\nshow list"), "") << "far behind the end of the image";
+    EXPECT_EQ(Run("double 1\ndouble 4\nshow list"), "") << "far past the end of the image";
 }
 
-TEST_F(WindowTest, AFailingMediumIsToldAndTheRestIsBrowsed) {
+TEST_F(WindowTest, ReadErrorsAreReportedAndTheRestIsBrowsed) {
     const Image image = SampleImage();
     FailReads(Write("disk.img", image.File()), 19 * 512 + 160, 20 * 512);
     EXPECT_EQ(Run("file @/disk.img\nmenu Open\nselect 1\nshow list"),
@@ -103,17 +103,18 @@ TEST_F(WindowTest, AFailingMediumIsToldAndTheRestIsBrowsed) {
     FailReads(At("disk.img"), 600, 700);
     EXPECT_EQ(Run("file @/disk.img\nmenu Open\nchoose Display\nselect 1\nshow display"),
               ErrorBox(57) + "Hello\r\nWorld\r\n")
-        << "the FAT is bad behind cluster 58";
+        << "the FAT is unreadable after cluster 58";
     FailReads(At("disk.img"), image.At(24) + 100);
     Run("file @/disk.img\nmenu Open\nchoose Dump\nselect 3");
-    EXPECT_TRUE(Same(Show("display"), ChainDump(kBig, Noise(1124)))) << "a view ends there";
+    EXPECT_TRUE(Same(Show("display"), ChainDump(kBig, Noise(1124))))
+        << "a view ends at the read error";
     FailReads(At("disk.img"), image.At(3) + 64);
     EXPECT_EQ(Run("double 2\nshow list"), ErrorBox(57) + ">0\t[.           ]\n1\t[..          ]\n");
     EXPECT_TRUE(Window->Form.listDIR.Enabled && Window->Form.VolumeOpen && !Busy);
 }
 
 TEST_F(WindowTest, AVolumeWithoutClusterSizeShowsNothing) {
-    // Its cluster count is the one of the volume before, so its chains can still loop.
+    // Its cluster count is that of the previous volume, so its chains can still loop.
     Open(SampleImage());
     Image image({.SectorsPerCluster = 0});
     image.Add(0, {.Name = "LOOP", .Cluster = 2, .Size = 5000});

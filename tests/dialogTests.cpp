@@ -4,7 +4,7 @@
 #include "platform/hostFiles.h"
 #include "tests/fixture.h"
 
-/// The file dialog, the folder chooser, and what is remembered.
+/// The file dialog, the folder chooser, and their settings.
 namespace tessel {
 namespace {
 
@@ -17,7 +17,7 @@ class DialogTest : public TesselTest {
             return [this, how](CommonDialog& dialog) {
                 Shown = dialog;
                 How = how;
-                if (Error != 0) throw RuntimeError(Error, "desk", "It failed");
+                if (Error != 0) throw RuntimeError(Error, "desktop", "It failed");
                 dialog.FileName = Answer;
             };
         };
@@ -50,8 +50,8 @@ class DialogTest : public TesselTest {
     Texts Stored;
 };
 
-TEST_F(DialogTest, TheKindMakesTheFilter) {
-    // A row of every shape: keyword, filter, extension, description, key.
+TEST_F(DialogTest, TheKindSelectsTheFilter) {
+    // One row for each sort of kind: keyword, filter, extension, description, key.
     const std::string all = "|All Files (*.*)|*.*";
     const std::array<std::string, 5> rows[] = {
         {"", "All Files (*.*)|*.*", "", "", "ELSE"},
@@ -77,7 +77,7 @@ TEST_F(DialogTest, TheKindMakesTheFilter) {
     }
 }
 
-TEST_F(DialogTest, ThePurposeMakesTitleAndFlags) {
+TEST_F(DialogTest, ThePurposeSelectsTitleAndFlags) {
     struct Row {
         std::string Purpose, Title, ShownTitle, How;
         Long Flags;
@@ -94,7 +94,7 @@ TEST_F(DialogTest, ThePurposeMakesTitleAndFlags) {
         EXPECT_EQ(Shown.FileName, row.How.empty() ? "" : "sug");
         EXPECT_TRUE(Dialog.CancelError);
     }
-    EXPECT_EQ(RecentPaths.LastFolder, "") << "of a name without a folder";
+    EXPECT_EQ(RecentPaths.LastFolder, "") << "the answer has no folder";
 }
 
 TEST_F(DialogTest, FoldersAreRemembered) {
@@ -104,7 +104,7 @@ TEST_F(DialogTest, FoldersAreRemembered) {
         return Shown.InitDir;
     };
     EXPECT_EQ(startOf("IMG", "/i/x.img"), Folder) << "the current folder, without a separator";
-    EXPECT_EQ(startOf("TXT", "/t/x.txt"), "/i/") << "the last of this run";
+    EXPECT_EQ(startOf("TXT", "/t/x.txt"), "/i/") << "the last folder of this run";
     EXPECT_EQ(startOf("IMG", "/i/x.img"), "/i/");
     EXPECT_EQ(startOf("drv05", "/five/x"), "/i/");
     EXPECT_EQ(Kind, "DRV");
@@ -114,7 +114,7 @@ TEST_F(DialogTest, FoldersAreRemembered) {
     EXPECT_EQ(startOf("", "name"), "/five/");
     RecentPaths = {};
     EXPECT_EQ(startOf("TXT", "/"), "/t/") << "in a later run";
-    EXPECT_EQ(startOf("log", "/l/x"), "/") << "ELSE holds nothing, and the root was the last";
+    EXPECT_EQ(startOf("log", "/l/x"), "/") << "ELSE is not stored yet, and the root was the last";
     const Texts stored = {{"Paths/IMG", "/i/"},
                           {"Paths/TXT", "/"},
                           {"Paths/DRIVE05", "/five/"},
@@ -122,23 +122,23 @@ TEST_F(DialogTest, FoldersAreRemembered) {
                           {"Paths/DRIVE13", "/thirteen/"},
                           {"Paths/ELSE", "/l/"}};
     EXPECT_EQ(Stored, stored);
-    // Cancel, and an error of the dialog: nothing is chosen and nothing remembered.
+    // Cancel, and an error in the dialog: nothing is chosen or remembered.
     for (const int error : {32755, 7}) {
         Error = error;
         EXPECT_EQ(Ask("IMG"), "");
         EXPECT_FALSE(Dialog.CancelError);
         EXPECT_EQ(RecentPaths.LastFolder, "/l/");
-        EXPECT_EQ(Box, error == 7 ? "Error|desk generated  Error # 7\r\nIt failed" : "");
+        EXPECT_EQ(Box, error == 7 ? "Error|desktop generated  Error # 7\r\nIt failed" : "");
     }
     EXPECT_EQ(Stored, stored);
     Error = 0;
     TheHost.Settings.Write = [](const auto&, const auto&, const auto&) {
         Raise(kPathFileAccessError);
     };
-    EXPECT_EQ(ErrorOf([this] { Ask("IMG"); }), 75) << "not caught here";
+    EXPECT_EQ(ErrorOf([this] { Ask("IMG"); }), 75) << "left to the caller";
 }
 
-TEST_F(DialogTest, TheChooserAnswersTheListedFolder) {
+TEST_F(DialogTest, TheChooserReturnsTheListedFolder) {
     std::filesystem::create_directories(At("in/sub"));
     const std::string root = DriveRoot(DriveOf(Folder));
     dialogGetDirectory chooser;
@@ -185,7 +185,7 @@ TEST_F(DialogTest, TheChooserAnswersTheListedFolder) {
     }
 }
 
-TEST_F(DialogTest, TheChooserStandsWhereItStood) {
+TEST_F(DialogTest, TheChooserRestoresItsPosition) {
     for (const char* text : {"abc", "", "1,5", "12 ", "nan", "inf", "1e99"}) {
         Stored = {{"SaveALL/Top", text}, {"SaveALL/Left", "-7.5"}};
         const dialogGetDirectory chooser;
@@ -201,7 +201,7 @@ TEST_F(DialogTest, TheChooserStandsWhereItStood) {
     EXPECT_EQ(dialogGetDirectory().Form.Left, 0.1F) << Stored["SaveALL/Left"];
 }
 
-TEST_F(WindowTest, TheChoosersPlaceAndFolderLastFromRunToRun) {
+TEST_F(WindowTest, TheChoosersPositionAndFolderAreStored) {
     Settings.Load(At("settings"));
     std::filesystem::create_directory(At("out"));
     Open(SampleImage());
@@ -211,7 +211,7 @@ TEST_F(WindowTest, TheChoosersPlaceAndFolderLastFromRunToRun) {
     Settings.Load(At("settings"));
     EXPECT_EQ(Read("settings"), "Paths\tIMG\t" + Folder + "/\nPaths\tSAVEALL\t" + At("out") +
                                     "\nSaveALL\tLeft\t3000\nSaveALL\tTop\t4321\n");
-    EXPECT_FALSE(Window->Form.Chooser) << "loaded at its first use";
+    EXPECT_FALSE(Window->Form.Chooser) << "created at its first use";
     EXPECT_EQ(Window->Form.GetDirName("", "", "saveall", 0, "Save All"), "");
     EXPECT_EQ(Window->Form.Chooser->Form.Top, 4321);
     EXPECT_EQ(Settings.Read("Paths", "SAVEALL", "?"), "") << "Cancel clears it";

@@ -2,7 +2,7 @@
 #include "tests/fixture.h"
 #include "volume/modDisks.h"
 
-/// Directory rows, long names, and the lines that tell them.
+/// Directory rows, long names, and the lines that show them.
 namespace tessel {
 namespace {
 
@@ -53,8 +53,8 @@ TEST_F(DirectoryTest, EveryEntryBecomesARowAndALine) {
                   dates + " CL-0000 SZ (-0000005)\r\n");
 }
 
-TEST_F(DirectoryTest, TheAttributesTellTheKind) {
-    // Attributes with the reserved byte, the kind, the line in the list, the letters.
+TEST_F(DirectoryTest, TheAttributesDetermineTheKind) {
+    // Attributes with the reserved byte, the kinds, the line in the list, the letters.
     using Row = std::tuple<int, std::string, std::string, std::string>;
     const char *label = "{NAME    EXT} ", *directory = "[NAME    .EXT]", *file = " NAME    .EXT ";
     const Row rows[] = {{0x08, "label", label, "    "},
@@ -74,12 +74,12 @@ TEST_F(DirectoryTest, TheAttributesTellTheKind) {
     }
     Mount(image);
     Long i = 0;
-    for (const auto& [attributes, told, line, letters] : rows) {
+    for (const auto& [attributes, kinds, line, letters] : rows) {
         ++i;
         const std::string kind = std::string(IsVolumeLabel(i) ? " label" : "") +
                                  (IsDirectory(i) ? " directory" : "") +
                                  (IsLongName(i) ? " long" : "") + (IsFile(i) ? " file" : "");
-        EXPECT_EQ(kind.substr(1), told) << attributes;
+        EXPECT_EQ(kind.substr(1), kinds) << attributes;
         EXPECT_EQ(ListLine(i, false), line);
         EXPECT_EQ(AttrText(DirEntries(i).Attributes), letters);
     }
@@ -114,7 +114,7 @@ TEST_F(DirectoryTest, LongNamesAreJoined) {
         {named(std::u16string(255, 'y')), std::string(255, 'y') + "|"},
         {named(u"a pair split\xD83D\xDE00 here"), "a pair split\U0001F600 here|"},
         {named(std::u16string(u"zero\0\xFFFFinside", 12)), "zeroinside|"}};
-    for (const auto& [entries, told] : rows) {
+    for (const auto& [entries, names] : rows) {
         Image image({.SmallSectors = 60});
         for (const images::Bytes& entry : entries) image.AddRaw(0, entry);
         Mount(image);
@@ -123,11 +123,11 @@ TEST_F(DirectoryTest, LongNamesAreJoined) {
             const bool listed = (IsFile(row) || IsDirectory(row)) && !IsDeleted(row);
             if (listed) joined += LongNameText(row) + "|";
         }
-        EXPECT_EQ(joined, told);
+        EXPECT_EQ(joined, names);
     }
 }
 
-TEST_F(DirectoryTest, SubDirectoriesAreReadAlongTheirChain) {
+TEST_F(DirectoryTest, SubdirectoriesAreReadAlongTheirChain) {
     Image image;
     const int sub = image.AddDirectory(0, {.Name = "SUB"});
     for (int i = 0; i < 14; ++i) image.Add(sub, {.Name = "A" + std::to_string(i)});
@@ -138,7 +138,7 @@ TEST_F(DirectoryTest, SubDirectoriesAreReadAlongTheirChain) {
     EXPECT_EQ(DirEntryCount, 32);
     EXPECT_EQ(CountFiles(), 30);
     EXPECT_EQ(EntryFileName(31), "A29");
-    // The end in a first cluster: the rest of the chain still becomes rows, and nobody looks there.
+    // The end mark in a first cluster: the other clusters still become rows, which are never shown.
     Image early = image;
     early.Poke(early.At(2) + 5 * 32, std::string(1, '\0'));
     Mount(early);
@@ -150,9 +150,9 @@ TEST_F(DirectoryTest, SubDirectoriesAreReadAlongTheirChain) {
     image.SetFat(4, 2);
     Mount(image);
     LoadSub(2);
-    EXPECT_EQ(DirEntryCount, 2880 * 16) << "in a loop, as many clusters as the volume has";
+    EXPECT_EQ(DirEntryCount, 2880 * 16) << "a loop ends after as many clusters as the volume has";
     EXPECT_EQ(EntryFileName(46079), "A29");
-    // Clusters so large that an end mark such as FFF8 lies past every address.
+    // Clusters so large that the address of FFF8, taken as a cluster, is out of range.
     Image marked(Layout::Fat16(60, 128));
     marked.Poke(19, std::string("\0\0", 2));
     marked.Poke(32, std::string("\x40\x4B\x4C\0", 4));  // 5000000 sectors
@@ -162,7 +162,7 @@ TEST_F(DirectoryTest, SubDirectoriesAreReadAlongTheirChain) {
     EXPECT_EQ(FatType, 16);
     EXPECT_EQ(ErrorOf([] { LoadSub(2); }), 0);
     EXPECT_EQ(DirEntryCount, 3);
-    // As many rows as the table takes.
+    // The maximum number of rows.
     Layout layout = Layout::Fat16(8000);
     layout.RootEntries = 65535;
     Image large(layout);

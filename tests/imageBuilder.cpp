@@ -12,7 +12,7 @@ struct Field {
     int Width;
 };
 
-/// Puts little-endian numbers where they lie inside the bytes.
+/// Writes little-endian fields; drops what lies past the end of the bytes.
 void Put(Bytes& bytes, const std::vector<Field>& fields) {
     for (const Field& field : fields) {
         for (int i = 0; i < field.Width; ++i) {

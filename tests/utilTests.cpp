@@ -6,7 +6,7 @@
 namespace tessel {
 namespace {
 
-TEST(ByteFields, AreReadInsideTheirBuffer) {
+TEST(ByteFields, AreReadWithinTheirBuffer) {
     const Byte bytes[] = {0x55, 0xAA, 0xFF, 0xFF, 0xFF, 0xFF, 0x00, 0x00, 0x00, 0x80, 0x7F};
     EXPECT_EQ(GetByte(bytes, 1), 0xAA);
     EXPECT_EQ(GetWord(bytes, 0), 43605);
@@ -14,7 +14,8 @@ TEST(ByteFields, AreReadInsideTheirBuffer) {
     EXPECT_EQ(GetLong(bytes, 2), -1);
     EXPECT_EQ(GetLong(bytes, 6), INT32_MIN);
     EXPECT_EQ(GetLong(bytes, 7), 0x7F800000);
-    // A buffer that ends, and one that goes on behind the last index: byte, word, long, wide word.
+    // A short buffer, and one that extends past the last index; the errors of the byte, word, long
+    // and wide word at each index.
     const std::vector<Byte> large(32770);
     const std::pair<int, const char*> rows[] = {
         {-1, "9999"},    {0, "0000"},     {7, "0000"},     {8, "0090"},        {9, "0090"},
@@ -50,7 +51,7 @@ TEST(NumberText, IsFormattedAndParsed) {
         shown += ByteToText(static_cast<Byte>(byte));
     }
     EXPECT_EQ(shown, "A\t\n\r<00><1F>~<7F><FF>");
-    // What a person types, "_" for a blank, and the number that it is.
+    // User input, with "_" for a blank, and the number that it means.
     const std::vector<std::string> rows = Words(
         "32256=32256 __63__=63 &H7E00=32256 &h7e00=32256 0X7E00=32256 0x7e00=32256 1k=1024 "
         "32K=32768 1M=1048576 512m=536870912 513M=-1 524288k=536870912 524289k=-1 1kb=-1 1_k=-1 "
@@ -66,7 +67,7 @@ TEST(NumberText, IsFormattedAndParsed) {
     }
 }
 
-TEST(Names, AreCutAndMadeSafe) {
+TEST(Names, AreShortenedAndMadeSafe) {
     EXPECT_EQ(StripExtension("DISK1.IMG") + "|" + StripExtension("a.b.c") + "|" +
                   StripExtension(".img") + "|" + StripExtension("none") + "|" + StripExtension(""),
               "DISK1|a.b||none|");

@@ -3,11 +3,11 @@
 #include "tests/fixture.h"
 #include "volume/modDisks.h"
 
-/// What the display tells: contents, and the volume's structures.
+/// What the display shows: contents of files, and the volume's structures.
 namespace tessel {
 namespace {
 
-/// Whether all that a display answers about its lines agrees with the whole text.
+/// Checks everything that a display returns about its lines against the whole text.
 ::testing::AssertionResult Agrees(const TextDisplay& display, const std::string& text) {
     std::string written;
     display.WriteTo([&written](std::string_view part, bool) { written += part; });
@@ -28,7 +28,7 @@ namespace {
     std::string wrong;
     if (display.LineCount() != lines || display.Size() != size) wrong += " counts";
     if (display.LineStart(lines) != size || display.LineAt(size + 5) != lines - 1) wrong += " end";
-    // Every line and place of a short text, and many of a long one.
+    // Every line and offset of a short text, and many of a long one.
     for (std::int64_t line = 0; line < lines; line += 1 + lines / 100) {
         const auto i = static_cast<std::size_t>(line);
         const std::int64_t to = line + 3 < lines ? starts[i + 3] : size;
@@ -39,8 +39,8 @@ namespace {
     }
     const std::int64_t step = size < 2000 ? 1 : size / 200;
     for (std::int64_t at = 0; at <= size; at += size - at < step ? 1 + step / 16 : step) {
-        const auto behind = std::upper_bound(starts.begin(), starts.end(), at);
-        const bool right = display.LineAt(at) == behind - starts.begin() - 1 &&
+        const auto next = std::upper_bound(starts.begin(), starts.end(), at);
+        const bool right = display.LineAt(at) == next - starts.begin() - 1 &&
                            display.Text(at, 1) == part(at, std::min(size, at + 1)) &&
                            display.Text(at, 97) == part(at, std::min(size, at + 97));
         if (!right) wrong += " at " + std::to_string(at);
@@ -50,7 +50,7 @@ namespace {
 
 class ViewTest : public TesselTest {
   protected:
-    /// Mounts an image and shows its first entry both ways.
+    /// Mounts an image and shows its first entry as text and as a dump.
     void ExpectShown(const Image& image, const std::string& bytes, const std::vector<int>& clusters,
                      std::size_t perCluster = 512) {
         Mount(image);
@@ -77,19 +77,20 @@ TEST_F(ViewTest, ContentsOfEverySizeAreShown) {
 }
 
 TEST_F(ViewTest, FragmentsAndLoopsAreShown) {
-    // Heads grow by a digit at cluster 10000, in the middle of clusters that lie together.
+    // Cluster numbers get a fifth digit at 10000, here in the middle of a run.
     const std::string noise = Noise(3400);
     Image image(Layout::Fat16(20000));
     const std::vector<int> wide = {9998, 9999, 10000, 10001, 5, 9997, 12000};
     image.AddFile(0, {.Name = "F"}, noise, wide);
     ExpectShown(image, noise, wide);
-    // Back into the middle of clusters that lie together, and around that several times.
+    // A loop back into the middle of a run, followed several times.
     Image loop(Layout::Fat16(20000));
     loop.AddFile(0, {.Name = "F", .Size = 5200}, noise, {9998, 9999, 10000, 10001});
     loop.Link({9998, 9999, 10000, 10001}, 9999);
     ExpectShown(loop, (noise.substr(0, 512) + Times(4, noise.substr(512, 1536))).substr(0, 5200),
                 {9998, 9999, 10000, 10001, 9999, 10000, 10001, 9999, 10000, 10001, 9999});
-    // A directory, or a negative size, that loops: as many clusters as the volume has.
+    // The loop of a directory or of a file with a negative size: as many clusters as the volume
+    // has.
     for (const int attributes : {0x10, 0x20}) {
         Image self({.RootEntries = 16, .SmallSectors = 37});
         self.AddFile(0, {.Name = "F", .Attributes = attributes, .Size = 0xF0000000},
@@ -99,8 +100,8 @@ TEST_F(ViewTest, FragmentsAndLoopsAreShown) {
     }
 }
 
-TEST_F(ViewTest, LineEndsAreCountedAcrossAllParts) {
-    // CR, LF and pairs of them, cut by the ends of clusters, of blocks of 8 KiB and of pieces read.
+TEST_F(ViewTest, LineEndsAreCountedAcrossBoundaries) {
+    // CR, LF and pairs, split by the boundaries of clusters, of blocks of 8 KiB and of reads.
     const std::string marks = "a\r\nbc\r\r\nd\n\r\n\n\re\tf\x01\r";
     std::string dense;
     for (std::size_t i = 0; dense.size() < 70000; ++i) dense += marks.substr(i % marks.size());
@@ -114,7 +115,7 @@ TEST_F(ViewTest, LineEndsAreCountedAcrossAllParts) {
         ShowFileText(1, Text);
         EXPECT_TRUE(Agrees(Text, ContentText(bytes))) << bytes.substr(0, 3);
     }
-    // Literal text, in pieces that cut a pair.
+    // Literal text, in pieces that split a pair.
     Text.Clear();
     EXPECT_TRUE(Agrees(Text, ""));
     for (std::size_t i = 0, whole = 0; i < 100; i += 1 + i % 3) {
@@ -124,7 +125,7 @@ TEST_F(ViewTest, LineEndsAreCountedAcrossAllParts) {
     }
 }
 
-TEST_F(ViewTest, StopAndAFailingReadEndAView) {
+TEST_F(ViewTest, StopAndReadErrorsEndAView) {
     Image image;
     image.AddFile(0, {.Name = "F"}, Noise(600000));
     std::vector<int> clusters;
@@ -139,7 +140,7 @@ TEST_F(ViewTest, StopAndAFailingReadEndAView) {
         show();
         EXPECT_TRUE(Agrees(Text, expected(512)));
         show();
-        EXPECT_EQ(Text.Size(), 0) << "STOP in front of the first byte";
+        EXPECT_EQ(Text.Size(), 0) << "STOP before the first byte";
         StopRequested = false;
         TheHost.DoEvents = [] {};
         for (const std::size_t good : {0U, 7U, 512U, 300001U}) {
@@ -148,7 +149,7 @@ TEST_F(ViewTest, StopAndAFailingReadEndAView) {
             StopFailingReads();
             EXPECT_TRUE(Agrees(Text, expected(good))) << good;
         }
-        // The image shrinks, and its medium fails, while it is shown.
+        // The image is truncated, and its medium fails, while it is shown.
         show();
         const std::int64_t size = Text.Size(), lines = Text.LineCount();
         std::filesystem::resize_file(At("mounted.img"), image.At(2) + 100000);
@@ -182,10 +183,10 @@ TEST_F(ViewTest, AHugeClaimCostsNeitherTimeNorMemory) {
     StopRequested = false;
     ShowFileText(2, Text);
     EXPECT_TRUE(Same(Text.Text(), Times(512, "<00>")))
-        << "one cluster behind the volume, and no more";
+        << "one cluster past the volume, and no more";
 }
 
-TEST_F(ViewTest, TheRootDirectoryIsDumpedWhole) {
+TEST_F(ViewTest, TheWholeRootDirectoryIsDumped) {
     for (const int entries : {0, 1, 4096}) {
         Layout layout = Layout::Fat16(6000);
         layout.RootEntries = entries;
@@ -197,9 +198,10 @@ TEST_F(ViewTest, TheRootDirectoryIsDumpedWhole) {
     }
 }
 
-TEST_F(ViewTest, TheBootSectorIsToldFieldByField) {
+TEST_F(ViewTest, TheBootSectorIsShownFieldByField) {
     Mount(Image());
-    // Every byte another one: no two fields are mixed up, and large values are told whole.
+    // Every byte is different, so that no two fields can be mixed up; large values are shown in
+    // full.
     for (std::size_t i = 0; i < 62; ++i) BootSectorBytes[i] = static_cast<Byte>(0xC0 + i);
     ParseBootSector();
     EXPECT_EQ(BootSectorInfo(),
@@ -248,7 +250,7 @@ TEST_F(ViewTest, TheFatIsATableOfEntries) {
     EXPECT_EQ(wide.substr(0, 29), "0000 (00000) FFF8 FFFF 0010 0");
     EXPECT_EQ(wide.substr(95, 18), "0010 (00016) 4E1F ");
     EXPECT_EQ(wide.substr(1249 * 95), "4E10 (19984) " + Times(15, "0000 ") + "FFF7 \r\n");
-    // Where the image ends, the clusters that it claims, and what is shown.
+    // The length of the image, the number of clusters that it claims, and what is shown.
     const std::string first = table.substr(0, 94);
     const std::tuple<std::size_t, Long, std::string> rows[] = {
         {512 + 24, 2847, first + " FAT ends after 16 of 2847 entries\r\n"},

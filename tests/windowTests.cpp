@@ -4,7 +4,7 @@
 #include "tests/fixture.h"
 #include "volume/modDisks.h"
 
-/// Opening, closing, the busy state, the window itself.
+/// Opening, closing, the busy state, the controls of the window.
 namespace tessel {
 namespace {
 
@@ -14,7 +14,7 @@ const std::string kNothingEnabled =
     "mnuOpen\ton\nmnuClose\ton\nmnuSaveTxt\ton\nmnuSaveFile\toff\nmnuSaveDirectory\toff\n"
     "mnuExit\ton\nmnuOffset\ton\n";
 
-/// `text` with the controls named in another state.
+/// `text`, with the named controls in another state.
 std::string With(std::string text, const std::string& names, const std::string& state) {
     for (const std::string& name : Words(names)) {
         const std::size_t at = text.find(name + "\t") + name.size() + 1;
@@ -37,7 +37,7 @@ TEST_F(WindowTest, AnImageIsOpenedAndClosed) {
     EXPECT_EQ(Show("labels"), Labels("{MYDISK     } ", "FAT12", "FAT File System @/disk.img"));
     EXPECT_EQ(Show("list"),
               ">0\t[.           ]\n4\t README  .TXT \n7\t[SUBFOL~1.   ]\n8\t BIG     .BIN \n");
-    EXPECT_EQ(Show("display"), "") << "the first line is selected, and not shown yet";
+    EXPECT_EQ(Show("display"), "") << "the first line is selected, but not shown yet";
     EXPECT_EQ(Show("enabled"),
               With(kNothingEnabled,
                    "cmdDirectory cmdDisplayBootSector cmdFat0 cmdRoot optDisplay(0) optDisplay(1) "
@@ -49,11 +49,12 @@ TEST_F(WindowTest, AnImageIsOpenedAndClosed) {
         << "Cancel changes nothing";
     EXPECT_EQ(Run("menu Close\nshow list\nshow display"), "");
     EXPECT_EQ(Show("labels"), Labels("", "", "FAT File System"));
-    EXPECT_EQ(Show("enabled"), With(kNothingEnabled, "mnuOffset", "off")) << "set when it opens";
+    EXPECT_EQ(Show("enabled"), With(kNothingEnabled, "mnuOffset", "off"))
+        << "updated when its menu opens";
     EXPECT_EQ(
         Run("menu Close\nmenu Offset\npress STOP\npress Root\nchoose Dump\nchoose SuperBlock"),
         "disabled Root\ndisabled Dump\ndisabled SuperBlock\n");
-    // A second image takes the place of the first, and one that fails leaves none.
+    // A second image replaces the first, and one that cannot be opened leaves none open.
     Open(SampleImage(), "one.img");
     Run("double 2\nchoose Dump\nselect 2");
     Image other({.NumberOfFats = 0});  // nothing of the image before is shown as this one's
@@ -112,7 +113,7 @@ TEST_F(WindowTest, AVolumeIsRefusedWithItsBootSectorShown) {
         EXPECT_EQ(Run("file @/" + row.Name + "\nmenu Open"),
                   fat32 ? "box\tBad FAT type\tFAT32 is not supported\n"
                         : "box\tBad Boot Sector\tNo Boot Signature\n");
-        EXPECT_TRUE(dumped) << "behind the FAT32 box, in front of the other";
+        EXPECT_TRUE(dumped) << "after the FAT32 box, before the other";
         EXPECT_EQ(Show("labels"), Labels(row.Volume, row.System, "FAT File System @/" + row.Name));
         images::Bytes shown = row.File;
         shown.resize(512);
@@ -125,7 +126,7 @@ TEST_F(WindowTest, AVolumeIsRefusedWithItsBootSectorShown) {
     }
 }
 
-TEST_F(WindowTest, TheOffsetIsAskedUntilItIsANumber) {
+TEST_F(WindowTest, TheOffsetIsAskedForUntilItIsValid) {
     std::string asked;
     TheHost.InputBox = [&asked, ask = TheHost.InputBox](const std::string& prompt,
                                                         const std::string& title,
@@ -134,7 +135,7 @@ TEST_F(WindowTest, TheOffsetIsAskedUntilItIsANumber) {
         asked += text + ";";
         return ask(prompt, title, text);
     };
-    // Answers, the texts that the box began with, and the offset then.
+    // The answers, the initial texts of the box, and the resulting offset.
     const std::tuple<std::string, std::string, Long> rows[] = {
         {"input\n", "0;", 0},
         {"input 63k\n", "0;", 64512},
@@ -172,13 +173,14 @@ TEST_F(WindowTest, WhileBusyOnlyStopAndTheFileMenuWork) {
               "disabled Save Directory\ndisabled Root\ndisabled Save File\ndisabled Offset\n" +
                   With(kNothingEnabled, "mnuOffset", "off"));
     EXPECT_TRUE(Same(Show("display"), cluster));
-    EXPECT_TRUE(Same(Read("part.txt"), cluster)) << "what was shown by then";
+    EXPECT_TRUE(Same(Read("part.txt"), cluster)) << "what had been shown until then";
     EXPECT_FALSE(Busy || Window->Desktop.Hourglass || Window->Form.cmdABORT.Enabled);
     EXPECT_TRUE(Window->Form.listDIR.Enabled);
     Run("choose Display");
-    EXPECT_GT(Window->Form.rtfDisplay.Text.Size(), 900 * 512) << "STOP does not last";
+    EXPECT_GT(Window->Form.rtfDisplay.Text.Size(), 900 * 512)
+        << "STOP does not affect the next command";
 
-    // Closing and ending wait until the work has unwound.
+    // Close and Exit take effect when the long operation has ended.
     for (const std::string command : {"menu Close", "menu Exit"}) {
         Restart();
         Open(image);
@@ -195,7 +197,7 @@ TEST_F(WindowTest, WhileBusyOnlyStopAndTheFileMenuWork) {
     }
     Restart();
     Run("menu Exit\nmenu Open");
-    EXPECT_TRUE(Window->Desktop.Ended) << "at once when nothing runs";
+    EXPECT_TRUE(Window->Desktop.Ended) << "at once when not busy";
 }
 
 }  // namespace
