@@ -14,9 +14,9 @@ namespace tessel {
 namespace {
 
 constexpr int kCaptionPixels = 11;
-constexpr int kLeastCaptionPixels = 8;
+constexpr int kMinCaptionPixels = 8;
 
-/// A text that an image may have chosen, as one line.
+/// The text, which may come from an image, as one line: control characters become blanks.
 QString SingleLine(const std::string& text) {
     QString line = ToQt(text);
     for (QChar& unit : line) {
@@ -25,7 +25,7 @@ QString SingleLine(const std::string& text) {
     return line;
 }
 
-/// One line of plain text: whatever an image named something, it is neither markup nor a key.
+/// One line of plain text: a name from an image is never taken for markup or a mnemonic.
 class LabelView : public QLabel {
   public:
     LabelView(Label& label, const QString& meaning, QWidget* parent)
@@ -50,13 +50,13 @@ class LabelView : public QLabel {
   protected:
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
-        painter.setPen(Ink());
+        painter.setPen(Foreground());
         painter.drawText(rect(), Qt::AlignLeft | Qt::AlignTop | Qt::TextSingleLine,
                          fontMetrics().elidedText(text(), Qt::ElideRight, width()));
     }
 
   private:
-    QColor Ink() const {
+    QColor Foreground() const {
         if (Record.Colour == TextColour::kBlack) return palette().color(QPalette::WindowText);
         const bool dark = palette().color(QPalette::Window).lightness() < 128;
         return dark ? QColor(110, 170, 255) : QColor(0, 0, 255);
@@ -66,8 +66,8 @@ class LabelView : public QLabel {
     QString Meaning;
 };
 
-/// A frame whose line runs at half the height of its caption, whatever the desktop's style: so it
-/// keeps clear of the controls inside.
+/// A frame whose top line runs through the middle of its caption in every style, so that it does
+/// not touch the controls inside.
 class FrameView : public QGroupBox {
   public:
     using QGroupBox::QGroupBox;
@@ -86,8 +86,8 @@ class FrameView : public QGroupBox {
     }
 };
 
-/// Chooses by first letters: an entry at once when it is the only one of that letter, otherwise
-/// each of them in turn.
+/// Chooses entries by their first letter: the only entry with a letter is triggered at once,
+/// several are highlighted in turn.
 class MenuView : public QMenu {
   public:
     using QMenu::QMenu;
@@ -118,18 +118,18 @@ QString ToQt(const std::string& text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-QRect ToPixels(const ControlBounds& place) {
-    return {place.Left / kTwipsPerPixel, place.Top / kTwipsPerPixel, place.Width / kTwipsPerPixel,
-            place.Height / kTwipsPerPixel};
+QRect ToPixels(const ControlBounds& bounds) {
+    return {bounds.Left / kTwipsPerPixel, bounds.Top / kTwipsPerPixel,
+            bounds.Width / kTwipsPerPixel, bounds.Height / kTwipsPerPixel};
 }
 
-QFont CaptionFont(const QString& caption, int room) {
+QFont CaptionFont(const QString& caption, int width) {
     QFont font;
     font.setFamilies({"Arial", "Liberation Sans", "Helvetica", font.family()});
     font.setStyleHint(QFont::SansSerif);
     int pixels = kCaptionPixels;
     font.setPixelSize(pixels);
-    while (pixels > kLeastCaptionPixels && QFontMetrics(font).horizontalAdvance(caption) > room) {
+    while (pixels > kMinCaptionPixels && QFontMetrics(font).horizontalAdvance(caption) > width) {
         font.setPixelSize(--pixels);
     }
     return font;
@@ -140,11 +140,11 @@ void FocusRestorer::SetEnabled(QWidget& widget, bool enabled) {
     widget.setEnabled(enabled);
     if (!enabled && before == &widget) {
         if (!Lost) Lost = &widget;
-        // The toolkit puts the keyboard somewhere else, which may be disabled next.
+        // The toolkit moves the focus to another widget, which may be disabled next.
         Fallback = widget.window()->focusWidget();
     }
     if (!enabled || Lost != &widget) return;
-    // A person who has gone somewhere else in the meantime stays there.
+    // If the user has moved the focus in the meantime, it stays there.
     const bool moved = Fallback && before != nullptr && before != Fallback && before->isEnabled();
     Lost = nullptr;
     Fallback = nullptr;
@@ -209,7 +209,7 @@ QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent) {
     view->setFont(CaptionFont());
     view->setAccessibleName(meaning);
     box.Text.Observe([view](const std::string& text) {
-        // What a person types comes back here and must not move the caret.
+        // Typed text is reported here as well and must not move the caret.
         if (view->text() != ToQt(text)) view->setText(ToQt(text));
     });
     QObject::connect(view, &QLineEdit::textEdited, view,
@@ -231,8 +231,8 @@ void BindMenu(Menu& menu, QMenuBar& bar) {
         }
         QAction* action = view->addAction(ToQt(entry.Caption));
         action->setMenuRole(QAction::NoRole);
-        // Behind the event that chose it: a screen reader waits for the end of that, while a dialog
-        // waits for the person.
+        // Queued, because a screen reader's request to choose the entry must return before a dialog
+        // waits for the user.
         QObject::connect(
             action, &QAction::triggered, action, [&entry] { entry.Press(); }, Qt::QueuedConnection);
         entry.Enabled.Observe([action](bool enabled) { action->setEnabled(enabled); });
@@ -241,7 +241,7 @@ void BindMenu(Menu& menu, QMenuBar& bar) {
 
 void BindCaption(Window& window, QWidget& widget) {
     window.Caption.Observe([&widget](const std::string& caption) {
-        // "[*]" in a path is no mark of a modified document; doubled, it stands for itself.
+        // "[*]" marks a modified document; doubled, it is shown as it is.
         widget.setWindowTitle(ToQt(caption).replace("[*]", "[*][*]"));
     });
 }

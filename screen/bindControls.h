@@ -13,33 +13,33 @@
 class QLineEdit;
 class QMenuBar;
 
-/// Shows the control records as widgets. A record must outlive the widget made for it. All widgets
-/// stand where their records say, whatever font the desktop prefers.
+/// Shows the control records as widgets. A record must outlive its widget. Every widget has the
+/// bounds that its record gives, regardless of the desktop's font.
 namespace tessel {
 
 QString ToQt(const std::string& text);
 
-/// 15 twips are one logical pixel.
-QRect ToPixels(const ControlBounds& place);
+/// Converts twips to logical pixels, 15 to 1.
+QRect ToPixels(const ControlBounds& bounds);
 
-/// The font of captions, 8.25 points of the size that the places were drawn for; smaller when
-/// `caption` would not fit into `room` logical pixels.
-QFont CaptionFont(const QString& caption = {}, int room = 0);
+/// The font of captions, in the size that the bounds are designed for (11 logical pixels). It is
+/// smaller if `caption` does not fit into `width` logical pixels.
+QFont CaptionFont(const QString& caption = {}, int width = 0);
 
-/// Gives the keyboard back to the control that lost it by being disabled, once it is enabled again:
-/// a person who holds an arrow key in the list stays in the list while views come and go.
+/// Returns the focus to a control that lost it by being disabled, once it is enabled again: the
+/// focus stays in the list while the user holds an arrow key and each view disables the list.
 class FocusRestorer {
   public:
     void SetEnabled(QWidget& widget, bool enabled);
-    /// The keyboard goes to `widget` when it is enabled for the first time.
+    /// Gives the focus to `widget` when it is enabled for the first time.
     void Expect(QWidget& widget) { Lost = &widget; }
 
   private:
     QPointer<QWidget> Lost;
-    QPointer<QWidget> Fallback;  // where the toolkit put the keyboard then
+    QPointer<QWidget> Fallback;  // the widget that the toolkit moved the focus to
 };
 
-/// A push button that also Enter presses while it has the keyboard.
+/// A push button that Enter presses, too, while it has the focus.
 class EnterButton : public QPushButton {
   public:
     using QPushButton::QPushButton;
@@ -49,16 +49,16 @@ class EnterButton : public QPushButton {
 };
 
 QWidget* BindFrame(const Frame& frame, QWidget* parent);
-/// `meaning` tells a person who cannot see the window what the text is.
+/// `meaning` says what the text is; it is part of the accessible description.
 QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent);
 EnterButton* BindButton(Button& button, QWidget* parent);
 OptionView* BindOptionButton(OptionButton& option, QWidget* parent);
 QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent);
-/// Captions carry no marks for the keyboard: Alt and a menu's first letter open it, and in it the
-/// first letter of an entry chooses that.
+/// Captions have no mnemonics: Alt and a menu's first letter open the menu, and an entry's first
+/// letter chooses the entry.
 void BindMenu(Menu& menu, QMenuBar& bar);
 
-/// Shows a window's caption in the title bar of `widget`.
+/// Shows the record's caption in the title bar of `widget`.
 void BindCaption(Window& window, QWidget& widget);
 
 }  // namespace tessel

@@ -28,7 +28,7 @@ QStringList StepsTo(const QString& path) {
     }
 }
 
-/// A line around the list that has the keyboard; its selected line looks the same without.
+/// Draws a frame in a view that has the focus; the selected line alone does not show it.
 void PaintFocus(QAbstractItemView& view) {
     if (!view.hasFocus()) return;
     QPainter painter(view.viewport());
@@ -56,7 +56,7 @@ void ListLines::Refresh() {
 int ListLines::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : Rows; }
 
 QVariant ListLines::data(const QModelIndex& index, int role) const {
-    // The record may have fewer lines by now.
+    // The record may have fewer lines since the last Refresh.
     if (role != Qt::DisplayRole || !index.isValid() || index.row() >= List.Count()) return {};
     return ToQt(List.Text(index.row()));
 }
@@ -83,7 +83,7 @@ ListView::ListView(ListBox& list, QWidget* parent)
     FollowLines();
     List.LinesChanged = [this] { FollowSoon(); };
     List.SelectionChanged = [this] { FollowSelection(); };
-    // Whatever else moves the current line, a screen reader for one.
+    // Changes from elsewhere, such as a screen reader's.
     connect(
         selectionModel(), &QItemSelectionModel::currentChanged, this, [this] { TakeSelection(); },
         Qt::QueuedConnection);
@@ -158,7 +158,7 @@ void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
     Pressed = false;
     if (event->button() != Qt::LeftButton || line < 0 || !List.Enabled) return;
     if (line == List.ListIndex()) {
-        RaiseEvent(List.DblClick);  // the press before this one was its click
+        RaiseEvent(List.DblClick);  // the first press has already raised its Click
     } else {
         List.ClickLine(line);
     }
@@ -170,7 +170,7 @@ void ListView::keyPressEvent(QKeyEvent* event) {
     if (IsEnter(event)) {
         if (line >= 0 && !event->isAutoRepeat()) List.DoubleClickLine(line);
     } else if (event->key() == Qt::Key_Escape) {
-        event->ignore();  // the window's
+        event->ignore();  // the window handles it
     } else if (event->key() == Qt::Key_Space) {
         if (line >= 0 && !event->isAutoRepeat()) List.ClickLine(line);
     } else {
@@ -231,13 +231,13 @@ void FolderView::Follow() {
 void FolderView::Enter(const QTreeWidgetItem* item) {
     if (item == nullptr) return;
     const QString path = item->data(0, Qt::UserRole).toString();
-    // One that can be seen but not be listed or not be entered stays shut.
-    const bool shut = !QFileInfo(path).isReadable() || !QFileInfo::exists(path + "/.");
-    if (shut && QFileInfo::exists(path)) return;
+    // A folder that exists but cannot be read or entered stays closed.
+    const bool closed = !QFileInfo(path).isReadable() || !QFileInfo::exists(path + "/.");
+    if (closed && QFileInfo::exists(path)) return;
     try {
         Folders.SetPath(QDir::toNativeSeparators(path).toStdString());
     } catch (const RuntimeError&) {
-        Follow();  // it has gone
+        Follow();  // the folder no longer exists
     }
 }
 
@@ -259,7 +259,7 @@ void FolderView::keyPressEvent(QKeyEvent* event) {
     if (IsEnter(event)) {
         if (!event->isAutoRepeat()) Enter(currentItem());
     } else if (event->key() == Qt::Key_Escape) {
-        event->ignore();  // the window's
+        event->ignore();  // the window handles it
     } else {
         QTreeWidget::keyPressEvent(event);
     }
@@ -285,7 +285,7 @@ QComboBox* BindDriveList(DriveList& drives, QWidget* parent) {
         try {
             drives.SetDrive(view->itemText(line).toStdString());
         } catch (const RuntimeError&) {
-            follow();  // a drive that cannot be read: the previous one stays
+            follow();  // the drive cannot be read: back to the previous one
         }
     });
     return view;

@@ -10,14 +10,14 @@ class QComboBox;
 
 namespace tessel {
 
-/// The lines of a list record, as many as there were at the last Refresh.
+/// The lines of a list record, as of the last Refresh.
 class ListLines : public QAbstractListModel {
   public:
     ListLines(ListBox& list, QObject* parent) : QAbstractListModel(parent), List(list) {}
     void Refresh();
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
-    /// Typing finds a line by its name, behind the blank or bracket that lines begin with.
+    /// Finds a line by the beginning of its name, which follows a blank or a bracket.
     QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                           Qt::MatchFlags flags) const override;
 
@@ -26,9 +26,9 @@ class ListLines : public QAbstractListModel {
     int Rows = 0;
 };
 
-/// Shows a list record. The record alone decides what is selected; the view follows it, and no
-/// part of the toolkit is at work in it while a handler runs, since a handler may refill the list,
-/// disable it, or let events in.
+/// Shows a list record. The record alone decides which line is selected, and the view follows it.
+/// Handlers run outside the toolkit's own event handling, because they may refill the list, disable
+/// it, or process pending events.
 class ListView : public QListView {
   public:
     ListView(ListBox& list, QWidget* parent);
@@ -50,7 +50,7 @@ class ListView : public QListView {
 
     ListBox& List;
     ListLines* Lines;
-    bool Stale = false;    // the record has other lines than the view
+    bool Stale = false;    // the record's lines have changed since FollowLines
     bool Pressed = false;  // the mouse button went down on this list's lines
 };
 
@@ -58,7 +58,7 @@ class ListView : public QListView {
 class FolderView : public QTreeWidget {
   public:
     FolderView(FolderList& folders, QWidget* parent);
-    /// Reads the sub-folders again: the host's may have changed.
+    /// Reads the sub-folders from the host again.
     void Follow();
 
   protected:
@@ -74,12 +74,12 @@ class FolderView : public QTreeWidget {
     FolderList& Folders;
 };
 
-/// A list box; its font is the display's.
+/// A list box in the display's font; `meaning` is its accessible name.
 ListView* BindListBox(ListBox& list, const QString& meaning, QWidget* parent);
 FolderView* BindFolderList(FolderList& folders, QWidget* parent);
-/// Fill it with FillDriveList before it is shown.
+/// The list is empty until FillDriveList is called.
 QComboBox* BindDriveList(DriveList& drives, QWidget* parent);
-/// Lists the host's drives of now.
+/// Lists the host's current drives.
 void FillDriveList(const DriveList& drives, QComboBox& view);
 
 }  // namespace tessel

@@ -16,14 +16,14 @@
 namespace tessel {
 namespace {
 
-/// A stored position in logical pixels; it may have been any number.
+/// A stored position in logical pixels, from 0 for what is not a number to a limit for any other.
 int ToPixel(float twips) {
     constexpr float kFarthest = 100000;
     if (!std::isfinite(twips)) return 0;
     return static_cast<int>(std::clamp(twips / kTwipsPerPixel, -kFarthest, kFarthest));
 }
 
-/// The place nearest to `wanted` at which a window of this size lies on a screen.
+/// The position nearest to `wanted` at which a window of this size is within a screen.
 QPoint OnScreen(QPoint wanted, QSize size) {
     const QScreen* screen = QGuiApplication::screenAt(wanted);
     if (screen == nullptr) screen = QGuiApplication::primaryScreen();
@@ -42,7 +42,7 @@ ChooserScreen::ChooserScreen(dialogGetDirectory& chooser, QWidget* parent)
     setFixedSize(chooser.Form.ScaleWidth / kTwipsPerPixel,
                  chooser.Form.ScaleHeight / kTwipsPerPixel);
     BindCaption(chooser.Form, *this);
-    // Made in the order of the Tab key.
+    // In tab order.
     BindButton(chooser.OKButton, this);
     BindButton(chooser.CancelButton, this);
     Drives = BindDriveList(chooser.driveDriveBox, this);
@@ -60,7 +60,7 @@ void ChooserScreen::ShowModal() {
     move(OnScreen({ToPixel(Chooser.Form.Left), ToPixel(Chooser.Form.Top)}, size()));
     Chooser.Form.Visible = true;
     exec();
-    Chooser.Form.Visible = false;  // also when the program ends meanwhile
+    Chooser.Form.Visible = false;  // also if the program ends while it is open
 }
 
 void ChooserScreen::closeEvent(QCloseEvent* event) {

@@ -9,14 +9,14 @@ namespace tessel {
 class FolderView;
 struct dialogGetDirectory;
 
-/// The folder chooser on the screen: a modal window of a fixed size that is not in the task bar.
+/// The folder chooser: a modal window of fixed size that does not appear in the task bar.
 class ChooserScreen : public QDialog {
   public:
     ChooserScreen(dialogGetDirectory& chooser, QWidget* parent);
     /// Returns once the record's window is no longer visible.
     void ShowModal();
-    /// Esc does nothing: the close box keeps the folder that the caller began with, which is not
-    /// what a person who presses Esc wants.
+    /// Ignores Esc: closing the chooser returns the start folder, which is not what the user
+    /// expects of Esc.
     void reject() override {}
 
   protected:

@@ -15,9 +15,10 @@
 namespace tessel {
 namespace {
 
-/// "*.img" as it is, and once more for hosts that tell "DISK.IMG" from it: "*.[iI][mM][gG]".
+/// The pattern; on hosts with case-sensitive names also one that ignores case, such as
+/// "*.[iI][mM][gG]" for "*.img".
 QString AnyCase(const QString& pattern) {
-    if (pattern == "*.*") return "*";  // also what has no point
+    if (pattern == "*.*") return "*";  // also names without a point
 #if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
     return pattern;
 #else
@@ -72,7 +73,7 @@ bool MayOverwrite(const QString& path, const QString& title) {
     return box.exec() == QMessageBox::Yes;
 }
 
-/// Whether the flags let a person choose `path`; says why when not.
+/// Whether the flags allow the user to choose `path`; shows a message if not.
 bool Accepts(const QString& path, const CommonDialog& dialog, bool saving) {
     const QFileInfo file(path);
     const QString title = ToQt(dialog.Title);
@@ -93,8 +94,8 @@ bool Accepts(const QString& path, const CommonDialog& dialog, bool saving) {
     return false;
 }
 
-/// While a person types, the toolkit's own dialog marks what the text so far names in its list (for
-/// a path also the folders on the way), and then takes what is marked. What is typed shall count.
+/// Makes the typed name count. While the user types, the toolkit's dialog selects matching files in
+/// its list (for a path also the folders on the way) and would return those instead.
 void TrustTypedPaths(QFileDialog& view) {
     auto* const name = view.findChild<QLineEdit*>("fileNameEdit");
     auto* const list = view.findChild<QListView*>("listView");
@@ -104,9 +105,10 @@ void TrustTypedPaths(QFileDialog& view) {
     });
 }
 
-/// A name may come from an image: it suggests a file here, and leads nowhere else.
+/// The suggested file name, which may come from an image, made safe: it names a file in the folder
+/// that the dialog shows.
 QString Suggestion(const std::string& name) {
-    // To the toolkit's dialog, quotation marks part several names and "~NAME" is a person's home.
+    // In the toolkit's dialog quotation marks separate names, and "~NAME" is a home folder.
     QString safe = ToQt(SafeName(name)).replace('"', '_');
     const bool home = safe.startsWith('~') && !safe.contains('.');
     return home ? '_' + safe.mid(1) : safe;
@@ -118,7 +120,7 @@ void Prepare(QFileDialog& view, const CommonDialog& dialog, bool saving) {
     view.setOption(QFileDialog::HideNameFilterDetails);
     view.setWindowTitle(ToQt(dialog.Title));
     view.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
-    view.setFileMode(QFileDialog::AnyFile);  // whether it must exist is asked behind the dialog
+    view.setFileMode(QFileDialog::AnyFile);  // existence is checked after the dialog
 
     const QStringList filters = NameFilters(dialog.Filter);
     view.setNameFilters(filters);
@@ -131,7 +133,7 @@ void Prepare(QFileDialog& view, const CommonDialog& dialog, bool saving) {
     if (!dialog.FileName.empty()) view.selectFile(Suggestion(dialog.FileName));
 }
 
-/// The path that a person chose; empty after Cancel.
+/// The path that the user chooses; empty after Cancel.
 QString Choose(const CommonDialog& dialog, bool saving) {
     const NormalPointerScope pause;
     QFileDialog view(DialogOwner());

@@ -4,9 +4,9 @@
 
 namespace tessel {
 
-/// The common file dialog in the desktop's own look. What its flags ask for (a file that exists, a
-/// question before one is overwritten) is asked here and about the name with its default extension,
-/// since desktops differ in it. Raises 32755 as Host says.
+/// Shows the common file dialog in the desktop's look and fills FileName and FileTitle. The checks
+/// that the flags request (the file exists, ask before it is overwritten) are made here, on the
+/// name with its default extension, because desktops differ in them. Raises 32755 as Host says.
 void ShowFileDialog(CommonDialog& dialog, bool saving);
 
 }  // namespace tessel

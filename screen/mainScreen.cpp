@@ -20,11 +20,11 @@
 namespace tessel {
 namespace {
 
-/// What a desktop's frame around a window takes of the screen, about, in logical pixels.
+/// The approximate size of a desktop's window frame, in logical pixels.
 constexpr int kFrameWidth = 8;
 constexpr int kFrameHeight = 32;
 
-/// The one file of this host that is dragged; nothing when it is a folder, or more than one.
+/// The dragged file; nothing for a folder, several files, or a file of another host.
 std::optional<QString> DroppedFile(const QDropEvent& event) {
     const QList<QUrl> urls = event.mimeData()->urls();
     if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
@@ -42,7 +42,7 @@ MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this))
     MakeControls();
     setAcceptDrops(true);
     BindCaption(form.Form, *this);
-    layout()->setSizeConstraint(QLayout::SetNoConstraint);  // it may become as small as it likes
+    layout()->setSizeConstraint(QLayout::SetNoConstraint);  // no minimum size
     resize(form.Form.ScaleWidth / kTwipsPerPixel,
            form.Form.ScaleHeight / kTwipsPerPixel + menuBar()->sizeHint().height());
 }
@@ -66,9 +66,9 @@ void MainScreen::MakeControls() {
     if (display->accessibleName().isEmpty()) display->setAccessibleName("Display");
     Line = new ProgressLine(Inside);
     Form.rtfDisplay.Bounds.Observe([display, line = Line](const ControlBounds& at) {
-        const QRect place = ToPixels(at);
-        display->setGeometry(place);
-        line->setGeometry(place.left(), place.top(), place.width(), ProgressLine::kHeight);
+        const QRect bounds = ToPixels(at);
+        display->setGeometry(bounds);
+        line->setGeometry(bounds.left(), bounds.top(), bounds.width(), ProgressLine::kHeight);
     });
     auto* stop = BindButton(Form.cmdABORT, Inside);
     auto* bootSector = BindButton(Form.cmdDisplayBootSector, Inside);
@@ -76,7 +76,7 @@ void MainScreen::MakeControls() {
     auto* root = BindButton(Form.cmdRoot, Inside);
     auto* directory = BindButton(Form.cmdDirectory, Inside);
 
-    // Not STOP: it would get the keyboard each time that something long begins.
+    // Not STOP: it would get the focus whenever a long operation begins.
     KeepFocus(Form.listDIR.Enabled, *list);
     KeepFocus(Form.cmdDisplayBootSector.Enabled, *bootSector);
     KeepFocus(Form.cmdFat0.Enabled, *fat0);
@@ -109,7 +109,7 @@ void MainScreen::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (Sized) return;
     Sized = true;
-    // Only now is it known how high the menu bar is, or that the desktop shows it elsewhere.
+    // The menu bar's height is known only now; some desktops show it outside the window.
     layout()->activate();
     const QSize wanted(Form.Form.ScaleWidth / kTwipsPerPixel,
                        Form.Form.ScaleHeight / kTwipsPerPixel);

@@ -13,16 +13,17 @@ struct formTessel;
 class DisplayView;
 class ProgressLine;
 
-/// The main window on the screen. The form must outlive it.
+/// The main window. The form must outlive it.
 class MainScreen : public QMainWindow {
   public:
     explicit MainScreen(formTessel& form);
-    /// Shows the form's folder chooser until the person is done with it.
+    /// Shows the form's folder chooser and returns when the user has closed it.
     void ShowChooser();
     /// Opens an image that another program passed, or that was dropped, once pending events are
     /// done; `path` has the host's separators. Does nothing while an image may not be opened.
     void OpenDropped(const QString& path);
-    /// Shows along the display's top edge how much of a long operation is done.
+    /// Shows how much of a long operation is done (0 to 1), at the display's top edge; hides that
+    /// when there is none.
     void ShowProgress(std::optional<double> share);
 
   protected:
@@ -39,7 +40,7 @@ class MainScreen : public QMainWindow {
     void KeepFocus(Property<bool>& enabled, QWidget& view);
 
     formTessel& Form;
-    QWidget* Inside;  // what lies below the menu bar
+    QWidget* Inside;  // the area below the menu bar
     DisplayView* Display = nullptr;
     ProgressLine* Line = nullptr;
     FocusRestorer Focus;

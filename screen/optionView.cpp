@@ -9,7 +9,7 @@
 namespace tessel {
 namespace {
 
-/// The desktop's style with marks that fit into the option buttons' places.
+/// The desktop's style with marks that fit into the option buttons' bounds.
 class OptionStyle : public QProxyStyle {
   public:
     explicit OptionStyle(QObject* parent) { setParent(parent); }
@@ -25,26 +25,26 @@ class OptionStyle : public QProxyStyle {
                 return QProxyStyle::pixelMetric(metric, option, widget);
         }
     }
-    /// On dark colours a style's mark may be darker still: a ring in the ink of the text tells it.
+    /// Adds a ring in the text colour on dark palettes, where a style's mark may be hard to see.
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
         const QPalette& colours = option->palette;
         const bool dark = colours.color(QPalette::Window).lightness() < 128;
         if (element != PE_IndicatorRadioButton || !dark) return;
-        QColor ink = colours.color(QPalette::WindowText);
-        ink.setAlphaF(0.6F);
+        QColor ring = colours.color(QPalette::WindowText);
+        ring.setAlphaF(0.6F);
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->setPen(ink);
+        painter->setPen(ring);
         painter->setBrush(Qt::NoBrush);
         painter->drawEllipse(QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5));
         painter->restore();
     }
 };
 
-/// What a screen reader is told. The toolkit takes a button that does not exclude others by itself
-/// for a check box.
+/// Reports a radio button to screen readers; the toolkit reports a check box for a button that is
+/// not auto-exclusive.
 class OptionAccessible : public QAccessibleWidget {
   public:
     explicit OptionAccessible(OptionView* view)
@@ -94,7 +94,7 @@ void OptionView::keyPressEvent(QKeyEvent* event) {
                      : key == Qt::Key_Up || key == Qt::Key_Left  ? -1
                                                                  : 0;
     if (step == 0) return QRadioButton::keyPressEvent(event);
-    // Made from the top to the bottom.
+    // In the order of creation, from top to bottom.
     const auto all = parentWidget()->findChildren<OptionView*>();
     for (qsizetype at = all.indexOf(this) + step; at >= 0 && at < all.size(); at += step) {
         if (!all[at]->isEnabled()) continue;

@@ -5,7 +5,7 @@
 namespace tessel {
 namespace {
 
-constexpr int kMoment = 100;  // ms
+constexpr int kDelay = 100;  // ms
 constexpr int kSteps = 1000;
 
 }  // namespace
@@ -27,14 +27,14 @@ void ProgressLine::Follow(std::optional<double> share) {
     }
     if (!SinceBegin.isValid()) SinceBegin.start();
     setValue(static_cast<int>(*share * kSteps));
-    if (isHidden() && SinceBegin.elapsed() >= kMoment) {
+    if (isHidden() && SinceBegin.elapsed() >= kDelay) {
         raise();
         show();
     }
 }
 
 void ProgressLine::paintEvent(QPaintEvent*) {
-    // A style's own bar needs more height for its frame than this line has.
+    // The frame of a style's progress bar needs more height than this line has.
     QPainter painter(this);
     painter.fillRect(rect(), palette().color(QPalette::Mid));
     painter.fillRect(0, 0, width() * value() / kSteps, height(),

@@ -6,12 +6,12 @@
 
 namespace tessel {
 
-/// A thin line that fills while something long runs. It appears once that has taken a moment, so
-/// that nothing flickers while a person walks through small files.
+/// A thin line that fills while a long operation runs. It appears after a short delay, so that
+/// nothing flickers while the user browses small files.
 class ProgressLine : public QProgressBar {
   public:
     explicit ProgressLine(QWidget* parent);
-    /// The share that is done, 0 to 1; nothing when the work has ended.
+    /// Shows the share that is done, 0 to 1; hides the line when `share` is empty.
     void Follow(std::optional<double> share);
 
     static constexpr int kHeight = 3;  // logical pixels

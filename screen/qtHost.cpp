@@ -19,7 +19,7 @@ namespace {
 
 constexpr const char* kStoreName = "Tessel";
 
-/// One hourglass at most, however often it is asked for.
+/// The pointer shape: at most one override cursor, however often the hourglass is requested.
 struct Pointer {
     bool Hourglass = false;
     int Dialogs = 0;
@@ -38,8 +38,7 @@ struct Pointer {
 };
 Pointer ThePointer;
 
-/// The width that a dialog needs for its title and the buttons beside it, in logical pixels; a
-/// short text would make it narrower.
+/// The width that a dialog's title and the buttons beside it need, in logical pixels.
 int TitleWidth(const QWidget& dialog) {
     constexpr int kButtons = 150;
     return dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + kButtons;
@@ -133,8 +132,7 @@ void FillHost() {
         ThePointer.Hourglass = hourglass;
         ThePointer.Follow();
     };
-    // Not quit(): that asks the windows to close first, and a window asks its record, which is
-    // where this comes from.
+    // Not quit(), which first asks the windows to close: closing is what calls this.
     TheHost.EndProgram = [] { QCoreApplication::exit(0); };
     TheHost.Settings = {ReadSetting, WriteSetting};
 }

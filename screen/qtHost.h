@@ -6,22 +6,21 @@ class QWidget;
 
 namespace tessel {
 
-/// Fills TheHost from the toolkit, but for ShowModal, which the owner of the windows fills. Call it
-/// once there is an application object.
+/// Fills TheHost from the toolkit, except ShowModal and ShowProgress, which the owner of the
+/// windows fills. Call it once there is an application object.
 void FillHost();
 
-/// File dialogs are the toolkit's own also where the desktop brings one: tests can drive those.
+/// Use the toolkit's file dialogs even where the desktop has its own, so that tests can drive them.
 extern bool UseToolkitDialogs;
 
-/// A text for a message box: a word that no screen is wide enough for, a long path for one, may be
-/// broken anywhere.
+/// Returns the text for a message box with zero-width spaces in long words, such as paths, where
+/// they may be broken.
 QString BreakLongWords(QString text);
 
-/// The window that a dialog opened now belongs to.
+/// The window that a new dialog belongs to, or null.
 QWidget* DialogOwner();
 
-/// While one lives, the hourglass is put away: a dialog waits for the person, not the other way
-/// round.
+/// Scope guard that shows the normal pointer instead of the hourglass: a dialog waits for the user.
 class NormalPointerScope {
   public:
     NormalPointerScope();

@@ -7,7 +7,7 @@
 namespace tessel {
 namespace {
 
-/// How much text is decoded at once, in bytes.
+/// Bytes decoded at a time.
 constexpr std::int64_t kCopyPart = 1 << 18;
 
 }  // namespace
@@ -15,7 +15,7 @@ constexpr std::int64_t kCopyPart = 1 << 18;
 QString ClipboardText(const TextDisplay& text, TextRange range) {
     QString lines;
     lines.reserve(range.Size());
-    // Decoded in parts, because touching new memory is the cost; a part may end within a character.
+    // In parts, because first use of memory dominates the cost. A part may end within a character.
     QStringDecoder decode(QStringDecoder::Utf8);
     std::string part;
     bool afterCr = false;

@@ -6,7 +6,7 @@
 
 namespace tessel {
 
-/// A range of the text for the clipboard: each line break becomes a single LF.
+/// Returns a range of the text for the clipboard, with every line break as a single LF.
 QString ClipboardText(const TextDisplay& text, TextRange range);
 
 }  // namespace tessel

@@ -12,9 +12,9 @@
 namespace tessel {
 namespace {
 
-/// A turn of a search ends after so many steps, or when this many milliseconds have passed.
-constexpr int kStepsATurn = 4;
-constexpr int kTurn = 10;
+/// The limits of what one timer event searches.
+constexpr int kStepsPerEvent = 4;
+constexpr int kMillisecondsPerEvent = 10;
 
 QToolButton* AddButton(QHBoxLayout* row, const QString& caption, const QString& tip) {
     auto* button = new QToolButton;
@@ -34,7 +34,7 @@ FindBar::FindBar(const TextDisplay& text, View view, QWidget* parent)
       Owner(std::move(view)),
       Field(new QLineEdit),
       Case(new QCheckBox(QStringLiteral("Match case"))),
-      Words(new QLabel) {
+      StatusLabel(new QLabel) {
     setAutoFillBackground(true);
     setCursor(Qt::ArrowCursor);
     auto* row = new QHBoxLayout(this);
@@ -52,14 +52,14 @@ FindBar::FindBar(const TextDisplay& text, View view, QWidget* parent)
     auto* previous = AddButton(row, QStringLiteral("Previous"),
                                QStringLiteral("Find the previous one (Shift+Enter or Shift+F3)"));
     row->addWidget(Case);
-    Words->setObjectName(QStringLiteral("findStatus"));
-    row->addWidget(Words);
+    StatusLabel->setObjectName(QStringLiteral("findStatus"));
+    row->addWidget(StatusLabel);
     auto* close = AddButton(row, QString(), QStringLiteral("Close the find line (Esc)"));
     close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
     close->setAccessibleName(QStringLiteral("Close the find line"));
 
-    Turn.setInterval(0);
-    connect(&Turn, &QTimer::timeout, this, [this] { Step(); });
+    StepTimer.setInterval(0);
+    connect(&StepTimer, &QTimer::timeout, this, [this] { Step(); });
     connect(Field, &QLineEdit::textEdited, this, [this] { CancelSearch(); });
     connect(Case, &QCheckBox::toggled, this, [this] { CancelSearch(); });
     connect(next, &QToolButton::clicked, this, [this] { Search(false); });
@@ -67,10 +67,10 @@ FindBar::FindBar(const TextDisplay& text, View view, QWidget* parent)
     connect(close, &QToolButton::clicked, this, [this] { Close(); });
 }
 
-void FindBar::Open(const QString& wanted) {
-    if (!wanted.isEmpty()) {
+void FindBar::Open(const QString& text) {
+    if (!text.isEmpty()) {
         CancelSearch();
-        Field->setText(wanted);
+        Field->setText(text);
     }
     Field->selectAll();
     Field->setFocus(Qt::ShortcutFocusReason);
@@ -87,69 +87,69 @@ void FindBar::Close() {
 void FindBar::Search(bool backwards) {
     if (Field->text().isEmpty()) return;
     SearchQuery query{Field->text().toStdString(), Case->isChecked(), backwards};
-    if (Running && Running->Query() == query) return;  // it is on its way
+    if (Running && Running->Query() == query) return;  // already running
     const TextRange selected = Owner.Selected();
     const TextOffset from = backwards ? selected.From : selected.To;
     Running.emplace(Text, std::move(query), from);
     ShowStatus(QString());
-    Turn.start();
+    StepTimer.start();
 }
 
 void FindBar::CancelSearch() {
-    Turn.stop();
+    StepTimer.stop();
     Running.reset();
     ShowStatus(QString());
 }
 
-QString FindBar::Status() const { return Words->text(); }
+QString FindBar::Status() const { return StatusLabel->text(); }
 
 void FindBar::Step() {
     if (!Running || Running->IsOutdated()) {
         CancelSearch();
         return;
     }
-    QElapsedTimer turn;
-    turn.start();
-    auto state = TextSearch::State::kGoing;
-    for (int i = 0; i < kStepsATurn && state == TextSearch::State::kGoing; ++i) {
-        if (turn.elapsed() >= kTurn) break;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    auto state = TextSearch::State::kSearching;
+    for (int i = 0; i < kStepsPerEvent && state == TextSearch::State::kSearching; ++i) {
+        if (elapsed.elapsed() >= kMillisecondsPerEvent) break;
         state = Running->Step();
     }
-    if (state == TextSearch::State::kGoing) {
-        const QString words = QStringLiteral("Searching… %1 %").arg(Running->Percent());
-        if (words != Words->text()) ShowStatus(words);
+    if (state == TextSearch::State::kSearching) {
+        const QString status = QStringLiteral("Searching… %1 %").arg(Running->Percent());
+        if (status != StatusLabel->text()) ShowStatus(status);
         return;
     }
-    const TextSearch answered = *Running;
-    Turn.stop();
+    const TextSearch finished = *Running;
+    StepTimer.stop();
     Running.reset();
     if (state == TextSearch::State::kNone) {
         ShowStatus(QStringLiteral("No match"), true);
         return;
     }
-    if (!answered.Wrapped()) {
+    if (!finished.Wrapped()) {
         ShowStatus(QString());
     } else {
-        ShowStatus(answered.Query().Backwards ? QStringLiteral("Went on from the end")
+        ShowStatus(finished.Query().Backwards ? QStringLiteral("Went on from the end")
                                               : QStringLiteral("Went on from the top"));
     }
-    Owner.ShowFound({answered.Hit(), answered.Hit() + answered.HitSize()});
+    Owner.ShowFound({finished.Hit(), finished.Hit() + finished.HitSize()});
 }
 
-void FindBar::ShowStatus(const QString& words, bool failed) {
+void FindBar::ShowStatus(const QString& status, bool failed) {
     QPalette colours;
     if (failed) {
         const bool dark = palette().color(QPalette::Window).lightness() < 128;
         colours = palette();
         colours.setColor(QPalette::WindowText, dark ? QColor(255, 130, 120) : QColor(170, 0, 0));
     }
-    Words->setPalette(colours);
-    Words->setText(words);
+    StatusLabel->setPalette(colours);
+    StatusLabel->setText(status);
 }
 
 bool FindBar::event(QEvent* event) {
-    // Elsewhere Esc belongs to the window; here it closes the line, also when the window has made a
-    // shortcut of it.
+    // In the find line Esc closes the line and F3 searches, even if the window has shortcuts for
+    // them.
     if (event->type() == QEvent::ShortcutOverride) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Escape || key == Qt::Key_F3) {
@@ -180,7 +180,7 @@ void FindBar::keyPressEvent(QKeyEvent* event) {
         default:
             break;
     }
-    // What the field has no use for must not move about in the text below it.
+    // Keys that the field does not use must not reach the display.
     event->accept();
 }
 

@@ -14,27 +14,27 @@ class QLineEdit;
 
 namespace tessel {
 
-/// The line below the display in which a person searches its text. A search runs in steps between
-/// events, and ends when it is answered, when another is begun, or when it is given up.
+/// The find line below the display. A search runs in steps between events until it has a result,
+/// another one is started, or it is cancelled.
 class FindBar : public QWidget {
   public:
-    /// What the line asks of the view that it belongs to.
+    /// What the find line needs of its view.
     struct View {
         std::function<TextRange()> Selected;       ///< the selection, or the caret as an empty one
-        std::function<void(TextRange)> ShowFound;  ///< select a hit and bring it into sight
-        std::function<void()> Closed;              ///< the line was closed: take the focus back
+        std::function<void(TextRange)> ShowFound;  ///< select a hit and scroll to it
+        std::function<void()> Closed;              ///< called when the line was closed
     };
 
     FindBar(const TextDisplay& text, View view, QWidget* parent);
 
-    /// Puts `wanted` into the field, unless that is empty, and the focus there.
-    void Open(const QString& wanted);
-    /// What the field holds.
+    /// Puts `text` into the field, unless `text` is empty, and gives the field the focus.
+    void Open(const QString& text);
+    /// The text in the field.
     QString Query() const;
     void Close();
-    /// Searches on for what the field holds; does nothing when that is nothing.
+    /// Searches for the field's text from the selection on; does nothing if the field is empty.
     void Search(bool backwards);
-    /// Ends a search that has not been answered yet, and takes back what was said about the last.
+    /// Ends the running search, if any, and clears the status.
     void CancelSearch();
 
     bool IsSearching() const { return Running.has_value(); }
@@ -46,14 +46,14 @@ class FindBar : public QWidget {
 
   private:
     void Step();
-    void ShowStatus(const QString& words, bool failed = false);
+    void ShowStatus(const QString& status, bool failed = false);
 
     const TextDisplay& Text;
     View Owner;
     QLineEdit* Field;
     QCheckBox* Case;
-    QLabel* Words;
-    QTimer Turn;
+    QLabel* StatusLabel;
+    QTimer StepTimer;
     std::optional<TextSearch> Running;
 };
 

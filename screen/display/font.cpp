@@ -16,7 +16,7 @@ constexpr double kPoints = 8.25;
 
 QFont FixedFont() {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    // The second has the first one's widths.
+    // Liberation Mono has the widths of Courier New.
     for (const auto* family : {"Courier New", "Liberation Mono"}) {
         if (QFontDatabase::hasFamily(QLatin1String(family))) {
             font = QFont(QLatin1String(family));
@@ -37,12 +37,12 @@ DisplayFont::DisplayFont() : Face(FixedFont()) {
 }
 
 void DisplayFont::SetZoom(int percent) {
-    Percent = std::clamp(percent, kLeastZoom, kMostZoom);
+    Percent = std::clamp(percent, kMinZoom, kMaxZoom);
     Face.setPointSizeF(kPoints * Percent / 100);
     Glyphs = QRawFont::fromFont(Face);
     const QFontMetricsF metrics(Face);
-    // Whole pixels: each column looks alike, and a column's place needs no fractions.
-    // Where no font has a fixed pitch, the widest character sets it.
+    // Whole pixels, so that all columns look alike. Without a fixed-pitch font the widest character
+    // counts.
     const double widest =
         std::max(metrics.horizontalAdvance(u'0'), metrics.horizontalAdvance(u'W'));
     Width = std::max(1, static_cast<int>(std::lround(widest)));
@@ -58,7 +58,7 @@ void DisplayFont::SetZoom(int percent) {
 LayoutRules DisplayFont::Rules(const std::vector<int>& tabStops) {
     LayoutRules rules;
     const int cell = BaseWidth * kTwipsPerPixel;
-    // A stop nearer than one character would only close up what it should hold apart.
+    // Stops narrower than one character would not separate anything.
     for (const int twips : tabStops) {
         if (twips >= cell) rules.TabColumns.push_back((twips + cell - 1) / cell);
     }
@@ -86,13 +86,13 @@ void DisplayFont::Paint(QPainter& painter, std::span<const DisplayCell> cells, s
     positions.reserve(std::ssize(cells));
     for (const DisplayCell& cell : cells) {
         if (cell.Code == U' ') continue;
-        const QPointF place(x + static_cast<int>(cell.Column - left) * Width, y + Ascent);
+        const QPointF point(x + static_cast<int>(cell.Column - left) * Width, y + Ascent);
         if (cell.Code < GlyphOf.size() && GlyphOf[cell.Code] != 0) {
             indexes.append(GlyphOf[cell.Code]);
-            positions.append(place);
+            positions.append(point);
         } else {
             painter.setFont(Face);
-            painter.drawText(place, QString::fromUcs4(&cell.Code, 1));
+            painter.drawText(point, QString::fromUcs4(&cell.Code, 1));
         }
     }
     if (indexes.isEmpty()) return;

@@ -12,16 +12,16 @@ class QPainter;
 
 namespace tessel {
 
-/// The display's fixed-pitch font, and painting with it: every character stands in its own cell,
-/// whatever advance its font would give it.
+/// The display's fixed-pitch font. It paints every character in its own cell, regardless of the
+/// glyph's advance.
 class DisplayFont {
   public:
-    static constexpr int kLeastZoom = 50;
-    static constexpr int kMostZoom = 400;
+    static constexpr int kMinZoom = 50;
+    static constexpr int kMaxZoom = 400;
 
     DisplayFont();
 
-    /// `percent` of 8.25 points, held within kLeastZoom and kMostZoom.
+    /// Sets the size to `percent` of 8.25 points, clamped to kMinZoom and kMaxZoom.
     void SetZoom(int percent);
     int Zoom() const { return Percent; }
     const QFont& Font() const { return Face; }
@@ -29,12 +29,12 @@ class DisplayFont {
     int CellWidth() const { return Width; }    ///< logical pixels, at least 1
     int LineHeight() const { return Height; }  ///< logical pixels, at least 1
 
-    /// The rules of layout for tab stops in twips. They hold at every zoom, and as long as this
-    /// font lives.
+    /// The layout rules for tab stops in twips. They are valid at every zoom and refer to this
+    /// font.
     LayoutRules Rules(const std::vector<int>& tabStops);
 
-    /// Paints cells of one line in the painter's pen colour. `x` is where column `left` begins, `y`
-    /// the top of the line.
+    /// Paints cells of one line in the painter's pen colour. `x` is the left edge of column `left`,
+    /// `y` the top of the line, both in logical pixels.
     void Paint(QPainter& painter, std::span<const DisplayCell> cells, std::int64_t left, int x,
                int y) const;
 
@@ -43,10 +43,10 @@ class DisplayFont {
 
     QFont Face;
     QRawFont Glyphs;
-    std::array<quint32, 128> GlyphOf{};  // of ASCII; 0 when the font has none
-    QHash<char32_t, int> Wide;           // columns of what is not ASCII, as measured
+    std::array<quint32, 128> GlyphOf{};  // glyphs of ASCII characters; 0 if the font has none
+    QHash<char32_t, int> Wide;           // measured columns of characters beyond ASCII
     int Percent = 100;
-    int BaseWidth = 1;  // of a cell at 100 %
+    int BaseWidth = 1;  // cell width at 100 %
     int Width = 1;
     int Height = 1;
     int Ascent = 1;

@@ -6,7 +6,7 @@
 namespace tessel {
 namespace {
 
-constexpr std::int64_t kBarMost = 1'000'000'000;
+constexpr std::int64_t kMaxBarValue = 1'000'000'000;
 
 }  // namespace
 
@@ -16,14 +16,14 @@ ScrollAxis::ScrollAxis(QScrollBar* bar, std::function<void()> moved)
                      [this](int action) { StepExactly(action); });
 }
 
-void ScrollAxis::SetRange(std::int64_t most, std::int64_t page) {
+void ScrollAxis::SetRange(std::int64_t maximum, std::int64_t page) {
     const std::int64_t old = At;
-    Most = std::max<std::int64_t>(most, 0);
+    Maximum = std::max<std::int64_t>(maximum, 0);
     Page = std::max<std::int64_t>(page, 1);
-    Unit = Most / kBarMost + 1;
-    At = std::clamp<std::int64_t>(At, 0, Most);
+    Unit = Maximum / kMaxBarValue + 1;
+    At = std::clamp<std::int64_t>(At, 0, Maximum);
     Setting = true;
-    Bar->setRange(0, static_cast<int>(Most / Unit));
+    Bar->setRange(0, static_cast<int>(Maximum / Unit));
     Bar->setPageStep(static_cast<int>(std::max<std::int64_t>(Page / Unit, 1)));
     Bar->setValue(BarValue());
     Setting = false;
@@ -31,7 +31,7 @@ void ScrollAxis::SetRange(std::int64_t most, std::int64_t page) {
 }
 
 void ScrollAxis::MoveTo(std::int64_t position) {
-    position = std::clamp<std::int64_t>(position, 0, Most);
+    position = std::clamp<std::int64_t>(position, 0, Maximum);
     if (position == At) return;
     At = position;
     Setting = true;
@@ -42,11 +42,11 @@ void ScrollAxis::MoveTo(std::int64_t position) {
 
 void ScrollAxis::FollowBar() {
     if (Setting || Bar->value() == BarValue()) return;
-    MoveTo(Bar->value() == Bar->maximum() ? Most : Bar->value() * Unit);
+    MoveTo(Bar->value() == Bar->maximum() ? Maximum : Bar->value() * Unit);
 }
 
 void ScrollAxis::StepExactly(int action) {
-    // A bar that counts in units would step over whole units.
+    // The bar itself would step by whole units.
     switch (action) {
         case QAbstractSlider::SliderSingleStepAdd:
             MoveTo(At + 1);

@@ -7,19 +7,19 @@ class QScrollBar;
 
 namespace tessel {
 
-/// One direction of scrolling over more places than a scroll bar can count: the position is exact,
-/// and the bar shows it in units of as many places as it takes.
+/// One direction of scrolling with 64-bit positions. The position is exact; the scroll bar, which
+/// counts in int, shows it in units of one or more positions.
 class ScrollAxis {
   public:
-    /// `moved` is told whenever the position changes, whoever moved it.
+    /// `moved` is called whenever the position changes.
     ScrollAxis(QScrollBar* bar, std::function<void()> moved);
 
     std::int64_t Position() const { return At; }
-    /// Positions go from 0 to `most`; a page is `page` of them. Keeps the position if it can.
-    void SetRange(std::int64_t most, std::int64_t page);
-    /// Goes to `position`, or to the end that lies in its way.
+    /// Sets the range of positions, 0 to `maximum`, and the size of a page. Clamps the position.
+    void SetRange(std::int64_t maximum, std::int64_t page);
+    /// Moves to `position`, clamped to the range.
     void MoveTo(std::int64_t position);
-    /// The bar's value has changed: goes where the person dragged it.
+    /// Moves to the bar's value; called when the user has dragged the bar.
     void FollowBar();
 
   private:
@@ -29,7 +29,7 @@ class ScrollAxis {
     QScrollBar* Bar;
     std::function<void()> Moved;
     std::int64_t At = 0;
-    std::int64_t Most = 0;
+    std::int64_t Maximum = 0;
     std::int64_t Page = 1;
     std::int64_t Unit = 1;
     bool Setting = false;

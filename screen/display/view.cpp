@@ -12,13 +12,13 @@
 namespace tessel {
 namespace {
 
-/// Between the frame and the text, in logical pixels.
+/// The space between the frame and the text, in logical pixels.
 constexpr int kMargin = 3;
-/// The screen follows a growing text no more often than this, in milliseconds.
+/// The minimum interval between updates while the text grows, in milliseconds.
 constexpr int kFollowPause = 16;
 constexpr int kCaretWidth = 1;
-/// What is out of sight is no further away than this, in cells: pixels are counted in int.
-constexpr std::int64_t kFarAway = 100'000;
+/// The limit for distances from the visible area, in cells, so that pixels fit into an int.
+constexpr std::int64_t kMaxDistance = 100'000;
 
 int FloorDivide(int value, int by) { return value >= 0 ? value / by : -((by - 1 - value) / by); }
 
@@ -57,7 +57,7 @@ DisplayView::DisplayView(DisplayBox& box, QWidget* parent)
     connect(&FollowTimer, &QTimer::timeout, this, [this] { Follow(); });
     connect(&Blink, &QTimer::timeout, this, [this] { ShowCaret(!CaretOn); });
     DragTimer.setInterval(30);
-    connect(&DragTimer, &QTimer::timeout, this, [this] { DragOn(); });
+    connect(&DragTimer, &QTimer::timeout, this, [this] { ContinueDrag(); });
     Box.Text.Changed = [this] { FollowSoon(); };
     Sync();
 }
@@ -68,10 +68,10 @@ DisplayView::~DisplayView() { Box.Text.Changed = nullptr; }
 
 void DisplayView::FollowSoon() {
     Stale = true;
-    // Nothing of a text that is gone may be painted until the timer fires.
+    // A replaced text must not be painted until the timer fires.
     if (Box.Text.Generation() != SeenGeneration) InvalidateLayout();
     if (FollowTimer.isActive()) return;
-    // The first change is shown with the next events; a stream of them, in step with the screen.
+    // A single change is shown at once, a series of changes at the update interval.
     const qint64 passed = SinceFollow.isValid() ? SinceFollow.elapsed() : kFollowPause;
     FollowTimer.start(static_cast<int>(std::clamp<qint64>(kFollowPause - passed, 0, kFollowPause)));
 }
@@ -101,7 +101,7 @@ void DisplayView::Sync() {
         Across.MoveTo(0);
     }
     Selection.Clamp();
-    // Text that is added below what is in sight changes the scroll bar alone.
+    // Text that is appended below the visible lines changes only the scroll bar.
     const bool below =
         !replaced && lines >= SeenLines && !Lines.empty() && Lines.back().Line < SeenLines - 1;
     SeenLines = lines;
@@ -113,7 +113,7 @@ void DisplayView::UpdateBars() {
     const int rows = VisibleLineCount();
     const int columns = VisibleColumnCount();
     Down.SetRange(SeenLines - rows, rows);
-    // One more column, so that a caret behind the widest line can be seen.
+    // One more column, so that the caret after the widest line is visible.
     Across.SetRange(Widest < columns ? 0 : Widest + 1 - columns, columns);
 }
 
@@ -123,7 +123,7 @@ const std::vector<LineLayout>& DisplayView::VisibleLayout() {
                          VisibleColumnCount() + 1, Rules);
         const std::int64_t before = Widest;
         for (const LineLayout& line : Lines) Widest = std::max(Widest, line.Columns);
-        // Not here: we may be painting, and a bar that appears resizes the viewport.
+        // Not immediately: this may be a paint event, and a new scroll bar resizes the viewport.
         if (Widest != before && !FollowTimer.isActive()) FollowTimer.start(0);
     }
     return Lines;
@@ -162,7 +162,7 @@ VisibleText DisplayView::ReadVisibleText() {
     return window;
 }
 
-// --- Measures. ----------------------------------------------------------------------------------
+// --- Geometry. ----------------------------------------------------------------------------------
 
 int DisplayView::VisibleLineCount() const {
     return std::max(1, (viewport()->height() - 2 * kMargin) / Font.LineHeight());
@@ -173,12 +173,12 @@ int DisplayView::VisibleColumnCount() const {
 }
 
 int DisplayView::LeftOf(std::int64_t column) const {
-    const auto cells = std::clamp<std::int64_t>(column - LeftColumn(), -kFarAway, kFarAway);
+    const auto cells = std::clamp<std::int64_t>(column - LeftColumn(), -kMaxDistance, kMaxDistance);
     return kMargin + static_cast<int>(cells) * Font.CellWidth();
 }
 
 int DisplayView::TopOf(std::int64_t line) const {
-    const auto lines = std::clamp<std::int64_t>(line - TopLine(), -kFarAway, kFarAway);
+    const auto lines = std::clamp<std::int64_t>(line - TopLine(), -kMaxDistance, kMaxDistance);
     return kMargin + static_cast<int>(lines) * Font.LineHeight();
 }
 
@@ -261,28 +261,28 @@ void DisplayView::PaintLine(QPainter& painter, const LineLayout& line, QPalette:
         return static_cast<std::size_t>(found - cells.begin());
     };
     const std::size_t first = cellAt(selected.From);
-    const std::size_t behind = cellAt(selected.To);
+    const std::size_t end = cellAt(selected.To);
     const QColor highlight = palette().color(group, QPalette::Highlight);
-    if (first < behind) {
+    if (first < end) {
         const int x = LeftOf(cells[first].Column);
-        const int end = LeftOf(cells[behind - 1].Column + cells[behind - 1].Columns);
-        painter.fillRect(x, top, end - x, Font.LineHeight(), highlight);
+        const int right = LeftOf(cells[end - 1].Column + cells[end - 1].Columns);
+        painter.fillRect(x, top, right - x, Font.LineHeight(), highlight);
     }
-    if (selected.From <= line.End && line.End < selected.To) {  // its line break, too
+    if (selected.From <= line.End && line.End < selected.To) {  // the line break
         painter.fillRect(LeftOf(line.Columns), top, Font.CellWidth() / 2, Font.LineHeight(),
                          highlight);
     }
     painter.setPen(palette().color(group, QPalette::Text));
     Font.Paint(painter, cells.first(first), LeftColumn(), kMargin, top);
-    Font.Paint(painter, cells.subspan(behind), LeftColumn(), kMargin, top);
+    Font.Paint(painter, cells.subspan(end), LeftColumn(), kMargin, top);
     painter.setPen(palette().color(group, QPalette::HighlightedText));
-    Font.Paint(painter, cells.subspan(first, behind - first), LeftColumn(), kMargin, top);
+    Font.Paint(painter, cells.subspan(first, end - first), LeftColumn(), kMargin, top);
 }
 
 QRect DisplayView::CaretRect() {
     const TextOffset caret = Selection.Caret();
     const int x = LeftOf(ColumnOf(Box.Text, caret, Rules));
-    // In front of its character, not over it.
+    // Between two characters, not over one.
     return {x - 1, TopOf(Box.Text.LineAt(caret)), kCaretWidth, Font.LineHeight()};
 }
 

@@ -15,33 +15,33 @@
 
 namespace tessel {
 
-/// The text that is in sight, as painted: lines parted by LF, a blank for each cell of a tab.
+/// The visible text as painted: lines separated by LF, a blank for each cell of a tab.
 struct VisibleText {
     QString Text;
-    /// For each 16-bit unit of Text the place that it stands for, and one more for the end.
+    /// For each 16-bit unit of Text the offset of its character, and one more for the end.
     std::vector<TextOffset> Offsets;
-    /// The first unit of Text whose place is `at` or behind it.
+    /// The first unit of Text whose offset is at least `at`.
     int UnitOf(TextOffset at) const;
 };
 
-/// Shows a display record: paints the lines in sight of a text of any size, scrolls, selects,
-/// copies and searches. It never reads more of the text than that takes.
+/// Shows a display record with text of any size: paints the visible lines, scrolls, selects, copies
+/// and searches. It reads only the parts of the text that these need.
 class DisplayView : public QAbstractScrollArea {
     Q_OBJECT
 
   public:
-    /// Follows `box`, which must outlive the view. Where it stands is the window's business.
+    /// Follows the text of `box`, which must outlive the view. The owner sets the view's geometry.
     DisplayView(DisplayBox& box, QWidget* parent);
     ~DisplayView() override;
 
     std::int64_t TopLine() const { return Down.Position(); }
     std::int64_t LeftColumn() const { return Across.Position(); }
-    /// How many lines and columns are wholly in sight; at least 1.
+    /// The number of fully visible lines or columns, at least 1.
     int VisibleLineCount() const;
     int VisibleColumnCount() const;
     void ScrollToLine(std::int64_t line);
     void ScrollToColumn(std::int64_t column);
-    /// `percent` of the font's own size.
+    /// Sets the font size in percent, see DisplayFont::SetZoom.
     void SetZoom(int percent);
 
     VisibleText ReadVisibleText();
@@ -49,21 +49,22 @@ class DisplayView : public QAbstractScrollArea {
 
     TextOffset Anchor() const { return Selection.Anchor(); }
     TextOffset Caret() const { return Selection.Caret(); }
-    /// Selects from `anchor` to `caret` and brings the caret into sight.
+    /// Selects from `anchor` to `caret` and scrolls to the caret.
     void Select(TextOffset anchor, TextOffset caret);
-    /// The selected bytes, at most kMostCopied of them.
+    /// The selected bytes, at most kMaxCopied.
     std::string SelectedText() const;
-    /// Puts the selection on the clipboard; tells the person when it is larger than kMostCopied.
+    /// Puts the selection on the clipboard; shows a message if it is larger than kMaxCopied bytes.
     void Copy();
-    static constexpr std::int64_t kMostCopied = 64 << 20;
+    static constexpr std::int64_t kMaxCopied = 64 << 20;
 
-    /// Opens the find line, with the selection in it when that is short.
+    /// Opens the find line and puts a short selection into it.
     void ShowFind();
     FindBar& Finder() { return *Find; }
 
-    /// The place nearest to a point of the viewport, or the one of the cell that it lies `inside`.
+    /// The offset nearest to a point of the viewport, or with `inside` that of the cell at the
+    /// point.
     TextOffset OffsetAt(QPoint point, bool inside = false);
-    /// Where the character at a place stands in the viewport.
+    /// The bounds of the character at an offset, in the viewport.
     QRect CellRect(TextOffset at);
 
   protected:
@@ -97,13 +98,13 @@ class DisplayView : public QAbstractScrollArea {
     QRect CaretRect();
     void ShowCaret(bool on);
 
-    // A person's hand.
+    // User input.
     bool RunsCommand(QKeyEvent* event);
     bool MovesCaret(QKeyEvent* event);
     void SelectionMoved(bool ensureVisible);
     void EnsureVisible(TextOffset at);
     void BeginDrag(QPoint point, DisplaySelection::Unit unit);
-    void DragOn();
+    void ContinueDrag();
     void PutPrimarySelection() const;
     void LayOutFindBar();
     void FindClosed();
@@ -116,8 +117,8 @@ class DisplayView : public QAbstractScrollArea {
     DisplaySelection Selection;
     FindBar* Find;
 
-    std::vector<LineLayout> Lines;  // in sight; empty when they must be laid out anew
-    std::int64_t Widest = 0;        // of the lines seen so far, in columns
+    std::vector<LineLayout> Lines;  // the visible lines; empty if they must be laid out again
+    std::int64_t Widest = 0;        // columns of the widest line laid out so far
 
     bool Stale = true;  // the text has changed since the last Sync
     std::uint64_t SeenGeneration = 0;
@@ -132,7 +133,7 @@ class DisplayView : public QAbstractScrollArea {
     QPoint DragPoint;
     QTimer DragTimer;
     QElapsedTimer SinceDouble;  // since a double click, at DragPoint
-    QPoint WheelRest;           // what of the wheel's way has not made a whole line yet
+    QPoint WheelRemainder;      // wheel movement that has not made a whole line yet
 };
 
 }  // namespace tessel

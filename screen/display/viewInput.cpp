@@ -11,20 +11,20 @@
 #include "screen/display/view.h"
 #include "util/numberText.h"
 
-/// What a person does to the display by hand: keys, wheel, mouse, clipboard.
+/// The display's user input: keys, wheel, mouse, clipboard, find line.
 namespace tessel {
 namespace {
 
-/// A selection up to this size, in bytes, is offered to other programs without being asked for.
-constexpr std::int64_t kMostPrimary = 1 << 20;
-/// A selection up to this size goes into the find line.
-constexpr std::int64_t kMostWanted = 100;
+/// The largest selection, in bytes, that is offered as the primary selection.
+constexpr std::int64_t kMaxPrimary = 1 << 20;
+/// The largest selection, in bytes, that is put into the find line.
+constexpr std::int64_t kMaxQuery = 100;
 constexpr int kColumnsPerNotch = 6;
-constexpr int kNotch = 120;  // of a wheel, in its eighths of a degree
+constexpr int kNotch = 120;  // angle of a wheel notch, in eighths of a degree
 constexpr int kZoomStep = 10;
 
-/// How far one turn of the timer scrolls when the pointer is `over` pixels outside: the further,
-/// the faster.
+/// The lines or columns that one timer event scrolls while the pointer is outside the viewport;
+/// more the farther outside it is.
 std::int64_t DragSteps(int position, int size, int cell) {
     const int over = position < 0 ? position : std::max(position - size + 1, 0);
     const std::int64_t steps = std::abs(over) / cell + 1;
@@ -40,7 +40,7 @@ void DisplayView::keyPressEvent(QKeyEvent* event) {
     if (RunsCommand(event) || MovesCaret(event)) {
         event->accept();
     } else {
-        event->ignore();  // Esc among them, which is the window's
+        event->ignore();  // such as Esc, which the window handles
     }
 }
 
@@ -159,14 +159,14 @@ void DisplayView::EnsureVisible(TextOffset at) {
 
 std::string DisplayView::SelectedText() const {
     const TextRange range = Selection.Range();
-    return Box.Text.Text(range.From, std::min(range.Size(), kMostCopied));
+    return Box.Text.Text(range.From, std::min(range.Size(), kMaxCopied));
 }
 
 void DisplayView::Copy() {
     Sync();
     if (Selection.IsEmpty()) return;
     const std::int64_t size = Selection.Range().Size();
-    if (size <= kMostCopied) {
+    if (size <= kMaxCopied) {
         QApplication::clipboard()->setText(ClipboardText(Box.Text, Selection.Range()));
         return;
     }
@@ -175,17 +175,17 @@ void DisplayView::Copy() {
         QStringLiteral("The selection is %1; at most %2 can be copied. To keep the whole text, use "
                        "Save Display.")
             .arg(QString::fromStdString(SizeText(size)),
-                 QString::fromStdString(SizeText(kMostCopied))),
+                 QString::fromStdString(SizeText(kMaxCopied))),
         QMessageBox::Ok, window());
     box->setAttribute(Qt::WA_DeleteOnClose);
-    // A long operation may be filling the display: it goes on while the box stands.
+    // Not modal to the program: an operation that is filling the display goes on.
     box->open();
 }
 
 void DisplayView::PutPrimarySelection() const {
     QClipboard* clipboard = QApplication::clipboard();
     const std::int64_t size = Selection.Range().Size();
-    if (!clipboard->supportsSelection() || size == 0 || size > kMostPrimary) return;
+    if (!clipboard->supportsSelection() || size == 0 || size > kMaxPrimary) return;
     clipboard->setText(ClipboardText(Box.Text, Selection.Range()), QClipboard::Selection);
 }
 
@@ -232,12 +232,12 @@ void DisplayView::mouseMoveEvent(QMouseEvent* event) {
         return;
     }
     DragTimer.stop();
-    DragOn();
+    ContinueDrag();
 }
 
-void DisplayView::DragOn() {
+void DisplayView::ContinueDrag() {
     Sync();
-    if (!Dragging) return;  // the text went away under the pointer
+    if (!Dragging) return;  // the text was replaced meanwhile
     const QRect area = viewport()->rect();
     Down.MoveTo(TopLine() + DragSteps(DragPoint.y(), area.height(), Font.LineHeight()));
     Across.MoveTo(LeftColumn() + DragSteps(DragPoint.x(), area.width(), Font.CellWidth()));
@@ -258,27 +258,27 @@ void DisplayView::mouseReleaseEvent(QMouseEvent* event) {
 void DisplayView::wheelEvent(QWheelEvent* event) {
     Sync();
     event->accept();
-    // X11 drivers tell pixels that mean nothing.
+    // X11 drivers report unusable pixel deltas.
     const bool pixels =
         !event->pixelDelta().isNull() && QGuiApplication::platformName() != QLatin1String("xcb");
     const bool zoom = event->modifiers().testFlag(Qt::ControlModifier);
     const QPoint delta = pixels && !zoom ? event->pixelDelta() : event->angleDelta();
     const bool turned = event->modifiers().testFlag(Qt::ShiftModifier) && delta.x() == 0;
-    WheelRest += turned ? delta.transposed() : delta;
-    const auto take = [](int& rest, int part, int times) {
-        const int whole = rest * times / part;
-        rest -= whole * part / times;
+    WheelRemainder += turned ? delta.transposed() : delta;
+    const auto take = [](int& remainder, int part, int times) {
+        const int whole = remainder * times / part;
+        remainder -= whole * part / times;
         return whole;
     };
     if (zoom) {
-        SetZoom(Font.Zoom() + take(WheelRest.ry(), kNotch, 1) * kZoomStep);
+        SetZoom(Font.Zoom() + take(WheelRemainder.ry(), kNotch, 1) * kZoomStep);
     } else if (pixels) {
-        Down.MoveTo(TopLine() - take(WheelRest.ry(), Font.LineHeight(), 1));
-        Across.MoveTo(LeftColumn() - take(WheelRest.rx(), Font.CellWidth(), 1));
+        Down.MoveTo(TopLine() - take(WheelRemainder.ry(), Font.LineHeight(), 1));
+        Across.MoveTo(LeftColumn() - take(WheelRemainder.rx(), Font.CellWidth(), 1));
     } else {
         const int lines = std::max(QApplication::wheelScrollLines(), 1);
-        Down.MoveTo(TopLine() - take(WheelRest.ry(), kNotch, lines));
-        Across.MoveTo(LeftColumn() - take(WheelRest.rx(), kNotch, kColumnsPerNotch));
+        Down.MoveTo(TopLine() - take(WheelRemainder.ry(), kNotch, lines));
+        Across.MoveTo(LeftColumn() - take(WheelRemainder.rx(), kNotch, kColumnsPerNotch));
     }
 }
 
@@ -302,8 +302,7 @@ void DisplayView::contextMenuEvent(QContextMenuEvent* event) {
 void DisplayView::ShowFind() {
     Sync();
     const std::int64_t size = Selection.Range().Size();
-    const QString selected =
-        size <= kMostWanted ? QString::fromStdString(SelectedText()) : QString();
+    const QString selected = size <= kMaxQuery ? QString::fromStdString(SelectedText()) : QString();
     LayOutFindBar();
     Find->Open(selected.contains(u'\n') || selected.contains(u'\r') ? QString() : selected);
 }

@@ -24,8 +24,8 @@ namespace fs = std::filesystem;
 
 class DialogTest : public ScreenTest {
   protected:
-    /// Answers the next message box with a button, once its title is this and its text, plain and
-    /// whole, ends so.
+    /// Expects a message box with this title and plain text that ends with `text`, and presses
+    /// `button`.
     void AnswerBox(const std::string& title, const std::string& text,
                    QMessageBox::StandardButton button) {
         OnDialog<QMessageBox>([=](QMessageBox& box) {
@@ -44,7 +44,7 @@ class DialogTest : public ScreenTest {
     static std::string Folder(const QFileDialog& dialog) {
         return dialog.directory().path().toStdString();
     }
-    /// The names that a file dialog lists, once there are as many as `count`.
+    /// The names that a file dialog lists, once there are `count`.
     static QString Listed(QFileDialog& dialog, int count) {
         const auto* view = dialog.findChild<QListView*>("listView");
         const auto rows = [view] { return view->model()->rowCount(view->rootIndex()); };
@@ -82,14 +82,14 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
         Key(Qt::Key_Escape);
     });
     Menu("File", "Open");
-    // A name that is missing is refused, and the dialog goes on.
+    // A file that does not exist is refused, and the dialog stays open.
     AnswerFile("<b>gone");
     AnswerBox(title, At("a/b/c/<b>gone.img") + kMissing, QMessageBox::Ok);
     AnswerFile("");
     Menu("File", "Open");
     EXPECT_EQ(Title(), "Tessel");
 
-    // On the way of a path through folders of one letter the toolkit loses count of what it marks.
+    // While a path is typed, the toolkit selects folders on the way, here with one-letter names.
     const std::pair<std::string, std::string> rows[] = {
         {"lower", "a/b/c/lower.img"},
         {"noextension", "a/b/c/noextension"},
@@ -100,7 +100,7 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
         Menu("File", "Open");
         EXPECT_EQ(Title(), "FAT File System " + At(opened));
     }
-    // The folder of images is remembered, for the next run too.
+    // The folder of images is remembered across runs.
     End();
     fs::current_path(At(""));
     RecentPaths = {};
@@ -125,7 +125,7 @@ TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {
     OnDialog<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(dialog.windowTitle(), "Save DOS File");
         EXPECT_EQ(NameField(dialog).text(), "Read me first.txt");
-        EXPECT_TRUE(Busy && !Hourglass()) << "the dialog waits for the person";
+        EXPECT_TRUE(Busy && !Hourglass()) << "the dialog waits for the user";
         Key(Qt::Key_Return);
     });
     AnswerBox("Save DOS File", At("Read me first.txt") + kReplace, QMessageBox::No);
@@ -153,7 +153,7 @@ TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {
     EXPECT_EQ(Read("shown.txt"), DisplayText());
 }
 
-TEST_F(DialogTest, ASuggestedNameLeadsNowhereElse) {
+TEST_F(DialogTest, ASuggestedNameStaysInTheFolder) {
     const std::pair<const char16_t*, std::string> names[] = {
         {u"../../evil", ".._.._evil"}, {u"/tmp/evil", "_tmp_evil"}, {u"..", "__"},
         {u"a\".b\"c", "a_.b_c"},       {u"<u>&x\n", "<u>&x_"},      {u"~", "_"},
@@ -176,7 +176,7 @@ TEST_F(DialogTest, ASuggestedNameLeadsNowhereElse) {
     }
 }
 
-TEST_F(DialogTest, BoxesShowWhateverTextAsItIsAndTheOffsetIsAskedFor) {
+TEST_F(DialogTest, BoxesShowAnyTextUnchangedAndAskForTheOffset) {
     const std::string name = "<u>a<br>&lt;.img";
     ASSERT_EQ(mkfifo(At(name).c_str(), 0600), 0);
     AnswerFile(name);
@@ -187,7 +187,7 @@ TEST_F(DialogTest, BoxesShowWhateverTextAsItIsAndTheOffsetIsAskedFor) {
         OnDialog<QInputDialog>([=](QInputDialog& dialog) {
             EXPECT_EQ(dialog.labelText(), "Input Offset (0 to 2GB)");
             EXPECT_EQ(dialog.textValue(), before);
-            Type(typed);  // over the text there, all of which is selected
+            Type(typed);  // replaces the text, which is selected
             Key(*typed == '\0' ? Qt::Key_Escape : Qt::Key_Return);
         });
     };
@@ -207,8 +207,8 @@ class ChooserTest : public DialogTest {
         fs::current_path(At("out"));
         OpenSample();
     }
-    /// Chooses Save Directory, does this in the chooser, and leaves it by a button or its close
-    /// box.
+    /// Chooses Save Directory, calls `act` in the chooser, and closes it by `button`, or by its
+    /// close box if that is empty.
     void Choose(const char* button, const std::function<void(ChooserScreen&)>& act) {
         OnDialog<ChooserScreen>([=, this](ChooserScreen& screen) {
             Folders = screen.findChild<QTreeWidget*>();
@@ -229,9 +229,9 @@ class ChooserTest : public DialogTest {
         ASSERT_EQ(rows.size(), 1) << name.toStdString();
         Click(*Folders->viewport(), Folders->visualItemRect(rows[0]).center(), true);
     }
-    /// Where list, text line and record say the chooser is, below "out" or elsewhere; "?" when
-    /// these are at odds.
-    std::string ControlBounds() const {
+    /// The chooser's folder, relative to "out" if it is below that; "?" if list, text line and
+    /// record disagree.
+    std::string CurrentFolder() const {
         const std::string path = Form->Chooser->dirDirBox.Path();
         const std::string row = Folders->currentItem()->text(0).toStdString();
         if (Line->text().toStdString() != path || !path.ends_with(row)) return "?";
@@ -241,65 +241,65 @@ class ChooserTest : public DialogTest {
     QLineEdit* Line = nullptr;
 };
 
-TEST_F(ChooserTest, StandsAsDesignedAndAnswersTheFolderListsPath) {
+TEST_F(ChooserTest, HasItsDesignedLayoutAndReturnsTheListsFolder) {
     Choose("OK", [this](ChooserScreen& screen) {
         EXPECT_EQ(screen.windowTitle(), "Directory Path Save All");
         EXPECT_EQ(screen.minimumSize(), QSize(496, 340));
         EXPECT_EQ(screen.maximumSize(), QSize(496, 340));
         EXPECT_FALSE(screen.windowFlags() & Qt::WindowMinMaxButtonsHint);
-        const std::pair<QWidget*, QRect> places[] = {
+        const std::pair<QWidget*, QRect> controls[] = {
             {&The("OK", &screen), {408, 32, 81, 25}},
             {&The("Cancel", &screen), {408, 88, 81, 25}},
             {screen.findChild<QComboBox*>(), {8, 16, 385, 21}},
             {Folders, {8, 40, 385, 246}},
             {Line, {8, 296, 481, 25}}};
-        for (const auto& [widget, place] : places) {
-            EXPECT_EQ(widget->geometry(), place);
-            EXPECT_TRUE(widget->hasFocus()) << "the way of the Tab key";
+        for (const auto& [widget, bounds] : controls) {
+            EXPECT_EQ(widget->geometry(), bounds);
+            EXPECT_TRUE(widget->hasFocus()) << "the tab order";
             if (widget != Line) Key(Qt::Key_Tab);
         }
-        EXPECT_EQ(ControlBounds(), "");
+        EXPECT_EQ(CurrentFolder(), "");
         Type("/nowhere");
         Key(Qt::Key_Return);
         EXPECT_TRUE(screen.isVisible()) << "no button is the default";
         Key(Qt::Key_Escape);
-        EXPECT_TRUE(screen.isVisible()) << "nor the cancel button";
+        EXPECT_TRUE(screen.isVisible()) << "nor is Cancel";
     });
     EXPECT_EQ(Read("out/disk/Read me first.txt"), "Hello\r\nWorld\r\n");
     fs::remove_all(At("out/disk"));
 
     Choose("Cancel", [this](ChooserScreen&) {
-        EXPECT_EQ(ControlBounds(), "") << "the folder of the last time";
+        EXPECT_EQ(CurrentFolder(), "") << "the previous folder";
         Enter("a");
     });
     EXPECT_EQ(Tree("out"), "a/\na/one/\na/two/\nz/\n");
-    // The close box leaves the folder that was given, which counts as chosen.
+    // The close box returns the start folder as if it were chosen.
     Choose("", [this](ChooserScreen&) { Enter("a"); });
     EXPECT_TRUE(fs::exists(At("out/disk/BIG.BIN")));
 }
 
-TEST_F(ChooserTest, KeysAndMouseWalkTheHostsFolders) {
+TEST_F(ChooserTest, KeysAndMouseNavigateTheHostsFolders) {
     fs::create_directory(At("out/locked"));
     fs::permissions(At("out/locked"), fs::perms::none);
     Choose("Cancel", [this](ChooserScreen& screen) {
         Folders->setFocus();
-        // A folder that is only marked so far is not where the chooser is.
+        // A folder that is only highlighted is not the current one.
         const std::pair<Qt::Key, const char*> keys[] = {
             {Qt::Key_Down, "?"}, {Qt::Key_Return, "/a"},    {Qt::Key_Down, "?"},
             {Qt::Key_Down, "?"}, {Qt::Key_Enter, "/a/two"}, {Qt::Key_Up, "?"},
             {Qt::Key_Up, "?"},   {Qt::Key_Return, ""}};
-        for (const auto& [key, place] : keys) {
+        for (const auto& [key, folder] : keys) {
             Key(key);
-            EXPECT_EQ(ControlBounds(), place);
+            EXPECT_EQ(CurrentFolder(), folder);
         }
         for (const char* name : {"z", "out", "a", "one", "a"}) Enter(name);
-        EXPECT_EQ(ControlBounds(), "/a");
+        EXPECT_EQ(CurrentFolder(), "/a");
         fs::remove(At("out/a/one"));
         Enter("one");
-        EXPECT_EQ(ControlBounds(), "/a") << "it has gone";
+        EXPECT_EQ(CurrentFolder(), "/a") << "a folder that no longer exists";
         EXPECT_EQ(Folders->currentItem()->childCount(), 1);
         Enter("out");
-        if (geteuid() != 0) {  // who may look anywhere
+        if (geteuid() != 0) {  // root may read any folder
             Enter("locked");
             EXPECT_EQ(Line->text().toStdString(), At("out"));
             EXPECT_EQ(Form->Chooser->dirDirBox.Path(), At("out"));
@@ -323,14 +323,14 @@ TEST_F(ChooserTest, KeysAndMouseWalkTheHostsFolders) {
     fs::permissions(At("out/locked"), fs::perms::owner_all);
 }
 
-TEST_F(ChooserTest, StandsWhereItWasLeft) {
+TEST_F(ChooserTest, OpensAtItsLastPosition) {
     Choose("Cancel", [&](ChooserScreen& screen) {
         EXPECT_EQ(screen.pos(), QPoint(200, 200));
         screen.move(120, 90);
         EXPECT_TRUE(QTest::qWaitFor([&] { return Form->Chooser->Form.Left == 1800; }));
     });
     EXPECT_EQ(Form->Chooser->Form.Top, 1350);
-    Form->Chooser->Form.Left = 9e9F;  // as of a screen that has gone
+    Form->Chooser->Form.Left = 9e9F;  // as on a screen that is no longer there
     Choose("Cancel", [](ChooserScreen& screen) {
         const QRect room = screen.screen()->availableGeometry();
         EXPECT_TRUE(room.contains(QRect(screen.pos(), screen.size())));

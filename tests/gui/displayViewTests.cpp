@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::int64_t kNumbered = 17;  // length of a numbered line
 
-/// Lines such as "line 0000000042\r\n"; counts what is read of them.
+/// Lines such as "line 0000000042\r\n"; counts the bytes read.
 GeneratedText NumberedLines(std::int64_t lines, std::int64_t& bytesRead) {
     GeneratedText text{lines * kNumbered, lines, {}, {}, {}};
     text.Read = [&bytesRead](TextOffset at, std::size_t count, std::string& out) {
@@ -47,8 +47,8 @@ class DisplayViewTest : public testing::Test {
     void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier) {
         QTest::keyClick(&View, key, with);
     }
-    QPoint At(TextOffset place) {
-        const QRect cell = View.CellRect(place);
+    QPoint At(TextOffset offset) {
+        const QRect cell = View.CellRect(offset);
         return {cell.left() + 1, cell.center().y()};
     }
     void Drag(TextOffset from, TextOffset to) {
@@ -56,7 +56,7 @@ class DisplayViewTest : public testing::Test {
         QTest::mouseMove(View.viewport(), At(to));
         QTest::mouseRelease(View.viewport(), Qt::LeftButton, {}, At(to));
     }
-    /// What the record says about the lines that are in sight.
+    /// The visible lines according to the record.
     std::string Expected() {
         const std::int64_t rows = View.VisibleLineCount() + 1;
         const std::int64_t count = std::min(rows, Box.Text.LineCount() - View.TopLine());
@@ -66,8 +66,8 @@ class DisplayViewTest : public testing::Test {
         return lines;
     }
     QLineEdit* Field() { return View.findChild<QLineEdit*>("findField"); }
-    QString Find(const QString& wanted, Qt::KeyboardModifiers with = Qt::NoModifier) {
-        Field()->setText(wanted);
+    QString Find(const QString& text, Qt::KeyboardModifiers with = Qt::NoModifier) {
+        Field()->setText(text);
         QTest::keyClick(Field(), Qt::Key_Return, with);
         EXPECT_TRUE(QTest::qWaitFor([this] { return !View.Finder().IsSearching(); }, 20000));
         return View.Finder().Status();
@@ -79,7 +79,7 @@ class DisplayViewTest : public testing::Test {
     std::int64_t BytesRead = 0;
 };
 
-TEST_F(DisplayViewTest, MoreLinesThanAScrollBarCountsAreShownAndNoMoreIsRead) {
+TEST_F(DisplayViewTest, ShowsMoreLinesThanAScrollBarCounts) {
     Box.Text.Append("first\r\nsecond\n\r\n");
     Box.Text.Append(NumberedLines(3'000'000'000, BytesRead));
     EXPECT_EQ(View.VisibleString(), Expected());
@@ -105,20 +105,20 @@ TEST_F(DisplayViewTest, ShowsEachKindOfCharacterInItsCells) {
         "\ta\t|\r\xC3\xBC\xFF"
         "e\x01\x7F\xE2\x80\xAE|\xC3");
     EXPECT_EQ(View.VisibleString(), "        a       |\n\xC3\xBC\uFFFDe\uFFFD\uFFFD\uFFFD|\uFFFD");
-    // A tab in a long line is one cell, so that nothing in front of it need be read.
+    // A tab in a long line is one cell, so that nothing before it needs to be read.
     Box.Text.Replace(std::string(5000, 'x') + "\ty");
     Key(Qt::Key_End);
     EXPECT_TRUE(View.VisibleString().ends_with("x y")) << View.VisibleString();
 }
 
-TEST_F(DisplayViewTest, MouseSelectsOverThePiecesBorder) {
+TEST_F(DisplayViewTest, MouseSelectsAcrossPieces) {
     Box.Text.Append("one \xC3\xBC two\r\n");
     Box.Text.Append(NumberedLines(1000, BytesRead));
     Drag(4, 12 + kNumbered + 4);
     EXPECT_EQ(View.SelectedText(), "\xC3\xBC two\r\nline 0000000000\r\nline");
     Key(Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), "ü two\nline 0000000000\nline");
-    // From the right half of a character on, the place behind it is meant, never one within it.
+    // The right half of a character stands for the offset after it, never for one within it.
     const QRect cell = View.CellRect(4);
     QTest::mouseClick(View.viewport(), Qt::LeftButton, Qt::ShiftModifier,
                       {cell.right(), cell.center().y()});
@@ -146,13 +146,13 @@ TEST_F(DisplayViewTest, KeysMoveAndSelectByCharactersWordsAndLines) {
     Key(Qt::Key_End);
     Key(Qt::Key_Down);
     EXPECT_EQ(View.Caret(), 11);
-    Key(Qt::Key_Down);  // along the column that it came from, as far as the line goes
+    Key(Qt::Key_Down);  // keeps the column if the line is long enough
     EXPECT_EQ(View.Caret(), Box.Text.Size());
     Key(Qt::Key_Left, Qt::ControlModifier);
     EXPECT_EQ(View.Caret(), 13);
 }
 
-TEST_F(DisplayViewTest, RefusesToCopyWhatNoClipboardShouldHold) {
+TEST_F(DisplayViewTest, RefusesToCopyMoreThanTheLimit) {
     Box.Text.Append(NumberedLines(100'000'000, BytesRead));
     QApplication::clipboard()->setText("before");
     Key(Qt::Key_A, Qt::ControlModifier);
@@ -165,11 +165,11 @@ TEST_F(DisplayViewTest, RefusesToCopyWhatNoClipboardShouldHold) {
     EXPECT_LT(BytesRead, 100'000);
 }
 
-TEST_F(DisplayViewTest, FindsOverAStepsBorderAndAroundTheEnds) {
-    constexpr std::size_t place = TextSearch::kStep - 9;  // over the end of a step from 4 on
+TEST_F(DisplayViewTest, FindsAcrossStepsAndWrapsAround) {
+    constexpr std::size_t position = TextSearch::kStep - 9;  // across the end of a step from 4 on
     Box.Text.Append("Mark here\r\n");
     std::string line(3 * TextSearch::kStep, 'x');
-    Box.Text.Append(line.replace(place, 4, "maRK"));
+    Box.Text.Append(line.replace(position, 4, "maRK"));
     Key(Qt::Key_F, Qt::ControlModifier);
     EXPECT_TRUE(View.Finder().isVisible());
     EXPECT_EQ(Find("mark"), "");
@@ -185,7 +185,7 @@ TEST_F(DisplayViewTest, FindsOverAStepsBorderAndAroundTheEnds) {
     EXPECT_EQ(View.SelectedText(), "Mark");
     EXPECT_EQ(Find("marker"), "No match");
 
-    // A search that is on its way ends when the display becomes another.
+    // A new text ends a running search.
     Field()->setText("nowhere");
     QTest::keyClick(Field(), Qt::Key_Return);
     EXPECT_TRUE(View.Finder().IsSearching());
@@ -196,7 +196,7 @@ TEST_F(DisplayViewTest, FindsOverAStepsBorderAndAroundTheEnds) {
     EXPECT_FALSE(View.Finder().isVisible());
     QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
     QApplication::sendEvent(&View, &escape);
-    EXPECT_FALSE(escape.isAccepted());  // it is the window's
+    EXPECT_FALSE(escape.isAccepted());  // the window handles it
 }
 
 TEST_F(DisplayViewTest, OneLineOf256MegabytesScrollsToItsEnd) {
@@ -216,7 +216,7 @@ TEST_F(DisplayViewTest, OneLineOf256MegabytesScrollsToItsEnd) {
     EXPECT_EQ(View.LeftColumn(), 0);
 }
 
-TEST_F(DisplayViewTest, FollowsGrowthAndStartsAnewWithAnotherText) {
+TEST_F(DisplayViewTest, FollowsGrowthAndResetsWithANewText) {
     Box.Text.Append(NumberedLines(5, BytesRead));
     View.Select(3, 8);
     Box.Text.GrowLast(500 * kNumbered, 500);
@@ -225,7 +225,7 @@ TEST_F(DisplayViewTest, FollowsGrowthAndStartsAnewWithAnotherText) {
     View.ScrollToLine(400);
     EXPECT_TRUE(QTest::qWaitFor(
         [this] { return View.verticalScrollBar()->maximum() == 501 - View.VisibleLineCount(); }));
-    // The text goes away under a pressed button, and comes back shorter.
+    // The text is replaced by a shorter one while the mouse button is down.
     QTest::mousePress(View.viewport(), Qt::LeftButton, {}, QPoint(60, 60));
     Box.Text.Clear();
     QTest::mouseMove(View.viewport(), QPoint(90, 400));

@@ -12,13 +12,13 @@
 #include "volume/modGlobals.h"
 #include "volume/volumeState.h"
 
-/// The window as part of a desktop: keys alone, drops, long work, any screen and colours.
+/// The window on a desktop: keyboard only, drops, long operations, screens, fonts, colours.
 namespace tessel {
 namespace {
 
-using DeskTest = ScreenTest;
+using DesktopTest = ScreenTest;
 
-TEST_F(DeskTest, KeysAloneOpenMenusAndChooseModes) {
+TEST_F(DesktopTest, KeysAloneOpenMenusAndChooseModes) {
     const std::string path = Write("disk.img", SampleImage().File());
     AnswerFile(path);
     Key(Qt::Key_F, Qt::AltModifier);
@@ -27,16 +27,16 @@ TEST_F(DeskTest, KeysAloneOpenMenusAndChooseModes) {
     QTest::keyClick(&menu, Qt::Key_O);
     QCoreApplication::processEvents();
     EXPECT_EQ(Title(), "FAT File System " + path);
-    TakeKeyboard();
+    ActivateWindow();
     EXPECT_TRUE(List->hasFocus());
 
-    // Two entries that are enabled begin with an S: they take turns.
+    // Two enabled entries begin with an S, which highlights them in turn.
     Key(Qt::Key_F, Qt::AltModifier);
     QTest::keyClicks(&menu, "ss");
     EXPECT_EQ(static_cast<QMenu&>(menu).activeAction()->text(), "Save Directory");
     QTest::keyClick(&menu, Qt::Key_Escape);
-    TakeKeyboard();
-    Key(Qt::Key_Escape);  // leaves the menu bar
+    ActivateWindow();
+    Key(Qt::Key_Escape);  // closes the menu bar
 
     Key(Qt::Key_End);
     The("File info").setFocus();
@@ -51,10 +51,10 @@ TEST_F(DeskTest, KeysAloneOpenMenusAndChooseModes) {
     The("Dump").setFocus();
     Key(Qt::Key_Return);
     EXPECT_TRUE(DisplayText().starts_with("0"))
-        << "Enter works a mode: " << DisplayText().substr(0, 40);
+        << "Enter chooses a mode: " << DisplayText().substr(0, 40);
 }
 
-TEST_F(DeskTest, ADroppedImageIsOpenedButNothingElse) {
+TEST_F(DesktopTest, ADroppedImageIsOpenedButNothingElse) {
     const auto drop = [this](const std::vector<std::string>& paths) {
         QMimeData data;
         QList<QUrl> urls;
@@ -88,12 +88,12 @@ TEST_F(DeskTest, ADroppedImageIsOpenedButNothingElse) {
     EXPECT_TRUE(drop({At("gone.img")}));
 }
 
-TEST_F(DeskTest, LongWorkShowsHowFarItIsAndThenNothing) {
+TEST_F(DesktopTest, LongOperationsShowTheirProgress) {
     auto& line = *Screen->findChild<QProgressBar*>();
     {
         Progress files(4, true);
         files.Show(1);
-        EXPECT_FALSE(line.isVisible()) << "short work flickers";
+        EXPECT_FALSE(line.isVisible()) << "a short operation flickers";
         QTest::qWait(150);
         {
             Progress bytes(1000);
@@ -101,14 +101,14 @@ TEST_F(DeskTest, LongWorkShowsHowFarItIsAndThenNothing) {
             EXPECT_EQ(line.value(), 375) << "a file of four, and half of the next";
             Progress text(1000);
             text.Show(100);
-            EXPECT_EQ(line.value(), 100) << "what has nothing to do with it";
+            EXPECT_EQ(line.value(), 100) << "an unrelated operation";
         }
         EXPECT_TRUE(line.isVisible());
     }
     EXPECT_FALSE(line.isVisible());
 }
 
-TEST_F(DeskTest, BrokenSettingsAreNoReasonNotToStart) {
+TEST_F(DesktopTest, StartsWithBrokenSettings) {
     const std::string path = Write("disk.img", SampleImage().File());
     std::filesystem::create_directories(At("garbage/Tessel"));
     Write("garbage/Tessel/Tessel.conf", std::string("[Paths\n\0=\xFF\xFE\n=%%%\n", 17));
@@ -139,7 +139,7 @@ bool ShowsBlue(QWidget& widget) {
                        [](const QColor& pixel) { return pixel.blue() > pixel.red() + 100; });
 }
 
-/// How far the darkest and the lightest place of a widget lie apart: 255 is black on white.
+/// The difference between a widget's darkest and lightest pixel; 255 is black on white.
 int Contrast(QWidget& widget) {
     std::vector<int> grays;
     for (const QColor& pixel : Pixels(widget)) grays.push_back(qGray(pixel.rgb()));
@@ -147,8 +147,8 @@ int Contrast(QWidget& widget) {
     return *lightest - *darkest;
 }
 
-/// Run at several scales and on a small screen, too.
-TEST_F(DeskTest, EverythingFitsAndNothingOverlaps) {
+/// CMakeLists.txt runs this case at several scales and on a small screen, too.
+TEST_F(DesktopTest, EverythingFitsAndNothingOverlaps) {
     const std::string name = std::string(200, 'w') + ".img";
     OpenImage(Write(name, SampleImage({.SystemId = "        "}).File()));
     const QRect screen = Screen->screen()->availableGeometry();
@@ -170,14 +170,14 @@ TEST_F(DeskTest, EverythingFitsAndNothingOverlaps) {
     }
     EXPECT_EQ(all.size(), 15U);
     EXPECT_GE(Display->CellRect(0).width(), List->fontMetrics().horizontalAdvance('W'));
-    const auto place = [this](const QWidget* widget) {
+    const auto bounds = [this](const QWidget* widget) {
         return QRect(widget->mapTo(Screen.get(), QPoint()), widget->size());
     };
     for (std::size_t i = 0; i < all.size(); ++i) {
-        EXPECT_TRUE(Screen->rect().contains(place(all[i])));
+        EXPECT_TRUE(Screen->rect().contains(bounds(all[i])));
         for (std::size_t j = 0; j < i; ++j) {
-            // As designed, the list lies one pixel over its neighbours' edges.
-            const QRect both = place(all[i]) & place(all[j]);
+            // By design the list overlaps its neighbours' edges by one pixel.
+            const QRect both = bounds(all[i]) & bounds(all[j]);
             EXPECT_LE(std::min(both.width(), both.height()), 1) << i << " and " << j;
         }
     }
@@ -193,7 +193,7 @@ TEST_F(DeskTest, EverythingFitsAndNothingOverlaps) {
         EXPECT_GT(Contrast(*List), 100);
     }
     QApplication::setPalette(before);
-    EXPECT_TRUE(ShowsBlue(The("File system type"))) << "the volume does not tell its type";
+    EXPECT_TRUE(ShowsBlue(The("File system type"))) << "the type is computed, not recorded";
     OpenImage(Write("disk.img", SampleImage().File()));
     EXPECT_FALSE(ShowsBlue(The("File system type")));
 }

@@ -27,13 +27,14 @@ ScreenTest::ScreenTest() {
     UseToolkitDialogs = true;
     FillHost();
     Start();
-    QObject::connect(&Eyes, &QTimer::timeout, &Eyes, [this] { Look(); });
-    Eyes.start(1);
+    QObject::connect(&StepTimer, &QTimer::timeout, &StepTimer, [this] { RunSteps(); });
+    StepTimer.start(1);
 }
 
 ScreenTest::~ScreenTest() {
-    EXPECT_TRUE(Steps.empty()) << Steps.size() << " dialogs or long operations never came";
-    Eyes.stop();
+    EXPECT_TRUE(Steps.empty()) << Steps.size()
+                               << " expected dialogs or long operations did not appear";
+    StepTimer.stop();
     End();
 }
 
@@ -55,17 +56,17 @@ void ScreenTest::End() {
     Form.reset();
 }
 
-void ScreenTest::Look() {
-    constexpr int kPatience = 10000;  // ms
+void ScreenTest::RunSteps() {
+    constexpr int kTimeout = 10000;  // ms
     if (QApplication::activeModalWidget() == nullptr) SinceStep.restart();
     if (!Steps.empty() && Steps.front().IsReady()) {
         const Step step = std::move(Steps.front());
         Steps.pop_front();
         step.Act();
         SinceStep.restart();
-    } else if (SinceStep.elapsed() > kPatience) {
+    } else if (SinceStep.elapsed() > kTimeout) {
         auto* modal = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        ADD_FAILURE() << "nobody answers \"" << modal->windowTitle().toStdString() << '"';
+        ADD_FAILURE() << "unexpected dialog \"" << modal->windowTitle().toStdString() << '"';
         Steps.clear();
         modal->done(0);
     }
@@ -88,9 +89,9 @@ void ScreenTest::AnswerFile(const std::string& typed) {
 
 void ScreenTest::Click(QWidget& widget, QPoint at, bool twice) {
     QWindow* window = widget.window()->windowHandle();
-    const QPoint place = widget.mapTo(widget.window(), at);
-    if (twice) return QTest::mouseDClick(window, Qt::LeftButton, {}, place);
-    QTest::mouseClick(window, Qt::LeftButton, {}, place);
+    const QPoint point = widget.mapTo(widget.window(), at);
+    if (twice) return QTest::mouseDClick(window, Qt::LeftButton, {}, point);
+    QTest::mouseClick(window, Qt::LeftButton, {}, point);
 }
 
 void ScreenTest::Key(Qt::Key key, Qt::KeyboardModifiers with) {
@@ -123,11 +124,11 @@ std::string ScreenTest::Menu(const QString& menu, const QString& entry) {
         QCoreApplication::processEvents();
     }
     EXPECT_FALSE(view.isVisible());
-    TakeKeyboard();
+    ActivateWindow();
     return entries;
 }
 
-void ScreenTest::TakeKeyboard() {
+void ScreenTest::ActivateWindow() {
     Screen->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(Screen.get()));
 }
@@ -144,7 +145,7 @@ QWidget& ScreenTest::The(const QString& name, const QWidget* in) const {
         if (button != nullptr && button->text().remove('&') == name) return *widget;
         if (widget->accessibleDescription().startsWith(name)) return *widget;
     }
-    throw std::invalid_argument("nothing is called " + name.toStdString());
+    throw std::invalid_argument("there is no " + name.toStdString());
 }
 
 bool ScreenTest::Hourglass() {
@@ -154,10 +155,10 @@ bool ScreenTest::Hourglass() {
 
 testing::AssertionResult ScreenTest::ScreenShowsText() {
     const TextDisplay& text = Form->rtfDisplay.Text;
-    std::string told = text.Lines(0, Display->VisibleLineCount() + 1);
-    std::erase(told, '\r');
+    std::string expected = text.Lines(0, Display->VisibleLineCount() + 1);
+    std::erase(expected, '\r');
     const std::string shown = Display->VisibleString();
-    return Same(shown, told.substr(0, shown.size()));
+    return Same(shown, expected.substr(0, shown.size()));
 }
 
 }  // namespace tessel

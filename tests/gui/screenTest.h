@@ -15,17 +15,18 @@
 
 namespace tessel {
 
-/// A case in front of the program's real window and the toolkit's own dialogs. Mouse and keys go
-/// through the windows, so what is disabled, covered or without the keyboard gets nothing of them.
+/// Tests of the program's real window and the toolkit's own dialogs. Mouse and key events go
+/// through the windows, so a control that is disabled, covered or without the focus does not get
+/// them.
 class ScreenTest : public TesselTest {
   protected:
     ScreenTest();
     ~ScreenTest() override;
-    /// Starts the program, and ends it as main does behind its event loop; the settings last.
+    /// Start the program, and end it as main does after its event loop; the settings are kept.
     void Start();
     void End();
 
-    // --- The hand. -------------------------------------------------------------------------------
+    // --- User input. -----------------------------------------------------------------------------
     static void Click(QWidget& widget, bool twice = false) {
         Click(widget, widget.rect().center(), twice);
     }
@@ -33,28 +34,29 @@ class ScreenTest : public TesselTest {
     void ClickLine(int line, bool twice = false) { Click(*List->viewport(), LineAt(line), twice); }
     static void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier);
     static void Type(const QString& text);
-    /// Opens a menu, and clicks an entry of it or leaves it. Returns its entries, a line each, "-"
-    /// in front of what is disabled.
+    /// Opens a menu, and clicks an entry or closes the menu. Returns its entries, one per line,
+    /// with
+    /// "-" before disabled ones.
     std::string Menu(const QString& menu, const QString& entry = {});
-    /// Without a desktop nobody hands the keyboard back when a menu or a dialog has gone.
-    void TakeKeyboard();
+    /// Activates the window again after a menu or a dialog, as a desktop does.
+    void ActivateWindow();
     /// Opens an image through the menu and the dialog.
     void OpenImage(const std::string& path);
 
-    /// What the person does once the next dialog of this type has the keyboard; dialogs come in the
-    /// order in which they are told of. One that nobody waits for is a failure.
+    /// Calls `act` once a dialog of this type is active. Dialogs are expected in the order of the
+    /// calls; an unexpected one is an error.
     template <class Dialog>
     void OnDialog(std::function<void(Dialog&)> act) {
         Steps.push_back({[] { return Modal<Dialog>() != nullptr; },
                          [act = std::move(act)] { act(*Modal<Dialog>()); }});
     }
-    /// Types a name over the one in the next file dialog, and Enter; Cancel when it is empty.
+    /// Replaces the name in the next file dialog and presses Enter; Cancel if `typed` is empty.
     void AnswerFile(const std::string& typed);
-    /// Amid the next long operation, once the display has some lines.
+    /// Calls `act` during the next long operation, once the display has some lines.
     void WhileBusy(std::function<void()> act);
 
-    // --- The eyes. -------------------------------------------------------------------------------
-    /// The button with this caption, or the label with this meaning.
+    // --- What the window shows. ------------------------------------------------------------------
+    /// The button with this caption, or the label with this accessible description.
     QWidget& The(const QString& name, const QWidget* in = nullptr) const;
     bool IsChosen(const QString& mode) const {
         return static_cast<const QAbstractButton&>(The(mode)).isChecked();
@@ -67,7 +69,7 @@ class ScreenTest : public TesselTest {
     }
     std::string Title() const { return Screen->windowTitle().toStdString(); }
     static bool Hourglass();
-    /// The display's text in its record, and whether the screen shows it, from its first line on.
+    /// The text of the display's record, and whether the view shows it from its first line on.
     std::string DisplayText() const { return Form->rtfDisplay.Text.Text(); }
     testing::AssertionResult ScreenShowsText();
 
@@ -87,10 +89,10 @@ class ScreenTest : public TesselTest {
         const bool ready = modal != nullptr && modal->isVisible() && modal->isActiveWindow();
         return ready ? dynamic_cast<Dialog*>(modal) : nullptr;
     }
-    void Look();
+    void RunSteps();
 
     std::deque<Step> Steps;
-    QTimer Eyes;
+    QTimer StepTimer;
     QElapsedTimer SinceStep;
 };
 

@@ -13,15 +13,15 @@ namespace {
 
 class MainScreenTest : public ScreenTest {
   protected:
-    /// The line that is selected and that the display tells of; -1 when these are at odds.
+    /// The selected line, or -1 if the record, the view and the display disagree about it.
     int Line() {
         const int line = Form->listDIR.ListIndex();
         const QModelIndex shown = List->currentIndex();
         const bool selected = shown.row() == line && List->selectionModel()->isSelected(shown);
         return selected && DisplayText().starts_with(Form->listDIR.Text(line)) ? line : -1;
     }
-    /// Opens a FAT16 volume of nearly 2 GB that takes next to no room on the host and is filled by
-    /// one file, and chooses Dump.
+    /// Opens a FAT16 volume of nearly 2 GB, a sparse file on the host, that one file fills, and
+    /// chooses Dump.
     void OpenBigImage() {
         Layout layout = Layout::Fat16(65002, 64);
         const int sectors = std::exchange(layout.LargeSectors, 1024);  // the rest is zeros
@@ -36,7 +36,7 @@ class MainScreenTest : public ScreenTest {
         OpenImage(path);
         Click(The("Dump"));
     }
-    /// The display holds a part of the big file's dump, and the window is at rest again.
+    /// Expects a part of the big file's dump in the display, and the window not busy.
     void ExpectStopped() {
         const std::int64_t lines = Form->rtfDisplay.Text.LineCount();
         EXPECT_TRUE(lines > 1000 && lines < std::int64_t{65000} * 2048) << lines;
@@ -47,35 +47,35 @@ class MainScreenTest : public ScreenTest {
     }
 };
 
-TEST_F(MainScreenTest, StandsAsItWasDesigned) {
+TEST_F(MainScreenTest, HasItsDesignedLayout) {
     const QWidget* inside = Screen->centralWidget();
     EXPECT_EQ(inside->size(), QSize(806, 369));
     EXPECT_EQ(Title(), "Tessel");
     EXPECT_EQ(LabelText("Version"), "V 1.0.0");
     const auto* frame = Screen->findChild<QGroupBox*>();
     EXPECT_EQ(frame->title(), "Display");
-    const auto place = [&](const QWidget& widget) {
+    const auto bounds = [&](const QWidget& widget) {
         const QPoint at = widget.mapTo(inside, QPoint());
         return QRect(at, widget.size());
     };
-    EXPECT_EQ(place(*frame), QRect(0, 0, 113, 81));
-    EXPECT_EQ(place(*List), QRect(0, 104, 121, 265));
-    EXPECT_EQ(place(*Display), QRect(120, 40, 686, 329));
+    EXPECT_EQ(bounds(*frame), QRect(0, 0, 113, 81));
+    EXPECT_EQ(bounds(*List), QRect(0, 104, 121, 265));
+    EXPECT_EQ(bounds(*Display), QRect(120, 40, 686, 329));
     EXPECT_FALSE(List->isEnabled());
-    const std::pair<const char*, QRect> places[] = {{"File info", {16, 16, 73, 13}},
-                                                    {"Display", {16, 32, 57, 13}},
-                                                    {"Dump", {16, 48, 49, 13}},
-                                                    {"SuperBlock", {16, 64, 81, 13}},
-                                                    {"Volume label", {120, 8, 105, 17}},
-                                                    {"STOP", {232, 8, 73, 25}},
-                                                    {"File system type", {312, 8, 41, 17}},
-                                                    {"Directory", {360, 8, 57, 25}},
-                                                    {"Boot Sector", {424, 8, 81, 25}},
-                                                    {"FAT0", {512, 8, 57, 25}},
-                                                    {"Root", {576, 8, 57, 25}},
-                                                    {"Version", {656, 8, 81, 17}},
-                                                    {"Current directory", {8, 88, 105, 17}}};
-    for (const auto& [name, designed] : places) EXPECT_EQ(place(The(name)), designed) << name;
+    const std::pair<const char*, QRect> controls[] = {{"File info", {16, 16, 73, 13}},
+                                                      {"Display", {16, 32, 57, 13}},
+                                                      {"Dump", {16, 48, 49, 13}},
+                                                      {"SuperBlock", {16, 64, 81, 13}},
+                                                      {"Volume label", {120, 8, 105, 17}},
+                                                      {"STOP", {232, 8, 73, 25}},
+                                                      {"File system type", {312, 8, 41, 17}},
+                                                      {"Directory", {360, 8, 57, 25}},
+                                                      {"Boot Sector", {424, 8, 81, 25}},
+                                                      {"FAT0", {512, 8, 57, 25}},
+                                                      {"Root", {576, 8, 57, 25}},
+                                                      {"Version", {656, 8, 81, 17}},
+                                                      {"Current directory", {8, 88, 105, 17}}};
+    for (const auto& [name, designed] : controls) EXPECT_EQ(bounds(The(name)), designed) << name;
     EXPECT_FALSE(The("Root").isEnabled() || The("SuperBlock").isEnabled());
     EXPECT_TRUE(IsChosen("File info"));
     EXPECT_EQ(Menu("Options"), "Offset\n");
@@ -92,16 +92,16 @@ TEST_F(MainScreenTest, StandsAsItWasDesigned) {
 
 TEST_F(MainScreenTest, TabVisitsTheControlsAndEnterPressesThem) {
     OpenImage(Write("disk.img", SampleImage().File()));
-    std::string way;
+    std::string order;
     for (int i = 0; i < 11; ++i, Key(Qt::Key_Tab)) {
         const auto* button = qobject_cast<QAbstractButton*>(QApplication::focusWidget());
-        way += List->hasFocus()      ? "list"
-               : Display->hasFocus() ? "display"
-               : button != nullptr   ? button->text().toStdString()
-                                     : "?";
-        way += ", ";
+        order += List->hasFocus()      ? "list"
+                 : Display->hasFocus() ? "display"
+                 : button != nullptr   ? button->text().toStdString()
+                                       : "?";
+        order += ", ";
     }
-    EXPECT_EQ(way,
+    EXPECT_EQ(order,
               "list, display, STOP, Boot Sector, FAT0, Root, Dump, Display, File info, "
               "Directory, list, ");
     Key(Qt::Key_Backtab, Qt::ShiftModifier);
@@ -111,7 +111,7 @@ TEST_F(MainScreenTest, TabVisitsTheControlsAndEnterPressesThem) {
         << "Enter presses a button: Directory";
 }
 
-TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
+TEST_F(MainScreenTest, MouseAndKeysNavigateTheListAndItsFolders) {
     Image image = SampleImage();
     for (int i = 10; i < 50; ++i) image.AddFile(0, {.Name = "F" + std::to_string(i)}, "x");
     OpenImage(Write("disk.img", image.File()));
@@ -124,7 +124,7 @@ TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
         Key(key);
         EXPECT_EQ(Line(), line);
     }
-    EXPECT_TRUE(List->viewport()->rect().contains(LineAt(last))) << "scrolled into sight";
+    EXPECT_TRUE(List->viewport()->rect().contains(LineAt(last))) << "scrolled to the line";
     Type("f33");
     EXPECT_EQ(DisplayText().substr(0, 5), " F33 ");
     Key(Qt::Key_Home);
@@ -134,7 +134,7 @@ TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
     QTest::mousePress(Screen->windowHandle(), Qt::LeftButton, {}, at(1));
     QTest::mouseMove(Screen->windowHandle(), at(4));
     QTest::mouseRelease(Screen->windowHandle(), Qt::LeftButton, {}, at(4));
-    EXPECT_EQ(Line(), 4) << "a drag takes the selection along";
+    EXPECT_EQ(Line(), 4) << "a drag moves the selection";
 
     ClickLine(1, true);
     EXPECT_EQ(LabelText("Current directory"), "") << "a file";
@@ -154,7 +154,7 @@ TEST_F(MainScreenTest, MouseAndKeysWalkTheListAndItsFolders) {
     }
 }
 
-TEST_F(MainScreenTest, ModesAndButtonsFillADisplayThatNobodyCanEdit) {
+TEST_F(MainScreenTest, ModesAndButtonsFillAReadOnlyDisplay) {
     OpenImage(Write("disk.img", SampleImage().File()));
     Click(The("Dump"));
     EXPECT_TRUE(DisplayText().starts_with(" Raw Root Directory")) << DisplayText().substr(0, 40);
@@ -211,7 +211,7 @@ TEST_F(MainScreenTest, StopEndsALongDumpByMouseAndByKey) {
     ExpectStopped();
 }
 
-TEST_F(MainScreenTest, TheCloseBoxWhileBusyWaitsForTheEnd) {
+TEST_F(MainScreenTest, TheCloseBoxWhileBusyWaitsForTheOperation) {
     OpenBigImage();
     int ends = 0;
     TheHost.EndProgram = [&ends, end = TheHost.EndProgram] {
@@ -239,8 +239,8 @@ TEST_F(MainScreenTest, ListAndDisplayFollowTheWindowsSize) {
     const QWidget* inside = Screen->centralWidget();
     const int bar = Screen->height() - inside->height();
     const QRect stop = The("STOP").geometry();
-    // The window's and the display's size, and the list's height. A size that leaves no room for
-    // one of the two leaves it as it was.
+    // The window's and the display's size, and the list's height. Either keeps its size if the
+    // window is too small for it.
     using Row = std::tuple<QSize, QSize, int>;
     for (const auto& [window, display, list] : {Row{{1000, 700}, {880, 660}, 596},
                                                 {{200, 90}, {80, 50}, 596},

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# x11.sh PROGRAM DRIVER FOLDER: works the real window in a virtual X screen with a real mouse and
-# real keys, and compares what it shows with what the driver shows after the same steps. Where a
-# step fails, a picture of the screen is left in FOLDER.
+# x11.sh PROGRAM DRIVER FOLDER: operates the program on a virtual X screen with mouse and key
+# events and compares its display with the driver's after the same steps. If a step fails, a picture
+# of the screen is left in FOLDER.
 set -euo pipefail
 
 program_path=$(realpath "$1")
@@ -22,7 +22,7 @@ fail() {
 }
 expect() { wait_until 30 "$@" || fail "$*"; }
 
-# What the display shows, by Select All and Copy.
+# Gets the display's text by Select All and Copy.
 copy_display() {
     click display
     xdotool key ctrl+a ctrl+c
@@ -34,7 +34,7 @@ last_line() {
     xclip -selection clipboard -o
 }
 shows_expected() { copy_display && cmp -s "$scratch/expected" "$scratch/shown"; }
-# expect_display COMMAND...: the display shows what the driver's does after these commands.
+# expect_display COMMAND...: expects the display that the driver shows after these commands.
 expect_display() {
     printf '%s\n' "file $samples/sample.img" 'menu Open' "$@" 'show display' |
         "$driver" | tr -d '\r' > "$scratch/expected"
@@ -56,7 +56,7 @@ make_big_image() {
     PATH=$PATH:/usr/sbin:/sbin mkfs.fat -F 16 -s 64 "$1" > /dev/null
     printf x > "$scratch/x"
     mcopy -i "$1" "$scratch/x" ::/BIG.BIN
-    # The chain goes on from its first cluster, 2, to 65000; the size is that of all of them.
+    # The chain goes from its first cluster, 2, to 65000; the size is that of all of them.
     perl -e '
         open my $image, "+<", $ARGV[0] or die;
         read $image, my $boot, 24;
@@ -107,8 +107,8 @@ xdotool key Home Down
 last_is() { [[ $(last_line) == "$1"* ]]; }
 expect last_is 'FDE8-00007FF0 (65000-0032752) 00'
 
-step "STOP ends it on the way"
-# Mouse and keys lie ready before the dump begins.
+step "STOP ends it early"
+# The keys and the click are queued before the dump begins.
 # shellcheck disable=SC2046
 click list && xdotool key Home && xdotool key Down $(point stop) click 1
 stopped() {
@@ -120,11 +120,11 @@ stopped() {
 }
 expect stopped
 
-step "The window's close box while busy ends the program behind it"
+step "The close box while busy ends the program after the operation"
 click list
 xdotool key Home
 xdotool key Down alt+F4
 gone() { ! kill -0 "$program"; }
 expect gone
 wait "$program" || fail "the program ended with status $?"
-if [ -s "$scratch/output" ]; then fail "the program had something to say"; fi
+if [ -s "$scratch/output" ]; then fail "the program printed something"; fi

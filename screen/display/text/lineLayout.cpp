@@ -9,7 +9,7 @@ namespace {
 
 constexpr char32_t kNoText = 0xFFFD;
 
-/// The lines of a screenful are read at once when they are no longer than this, together.
+/// Lines are read together if their total size, in bytes, is at most this.
 constexpr std::int64_t kOneRead = 1 << 18;
 
 constexpr std::int64_t kAllColumns = std::numeric_limits<std::int64_t>::max() / 4;
@@ -29,8 +29,8 @@ constexpr auto kInvisible = std::to_array<CodeRange>(
      {0x110CD, 0x110CD}, {0x13430, 0x1343F}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A},
      {0xE0001, 0xE0001}, {0xE0020, 0xE007F}});
 
-/// What is painted for a character. A control or format character would act on the line, or reverse
-/// its order, without being visible itself.
+/// The character to paint. Control and format characters are invisible but may affect the line, for
+/// example reverse its order; they are shown as U+FFFD.
 char32_t Shown(char32_t code) {
     if (code >= 0x20 && code < 0x7F) return code;
     if (code < 0x20) return kNoText;
@@ -39,7 +39,7 @@ char32_t Shown(char32_t code) {
     return range != kInvisible.end() && range->First <= code ? kNoText : code;
 }
 
-/// Where a line begins and ends, and where the next one begins.
+/// The offsets of a line's first byte and of the next line's.
 struct LineBounds {
     std::int64_t Line;
     TextOffset Start;
@@ -80,7 +80,7 @@ LineLayout LayLong(const TextDisplay& text, const LineBounds& bounds, std::int64
     LineLayout laid{bounds.Line, bounds.Start, bounds.Next, 0, {}};
     if (!bounds.Last) laid.End -= BreakLength(text.Text(bounds.Next - 2, 2));
     laid.Columns = laid.End - laid.Start;
-    // A character may begin up to three bytes further left and reach into sight.
+    // A character that begins up to three bytes further left may be partly visible.
     const std::int64_t first = std::clamp<std::int64_t>(left - 3, 0, laid.Columns);
     const std::int64_t end = first + std::min(columns + 6, laid.Columns - first);
     const std::string window = text.Text(laid.Start + first, end - first);
@@ -124,9 +124,9 @@ DecodedCharacter DecodeUtf8(std::string_view bytes) {
         if (!IsContinuation(byte)) return {kNoText, 1};
         code = (code << 6U) | (static_cast<unsigned char>(byte) & 0x3FU);
     }
-    constexpr std::array<char32_t, 5> kLeast = {0, 0, 0x80, 0x800, 0x10000};
+    constexpr std::array<char32_t, 5> kMinCode = {0, 0, 0x80, 0x800, 0x10000};
     const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-    if (code < kLeast[static_cast<std::size_t>(length)] || surrogate || code > 0x10FFFF) {
+    if (code < kMinCode[static_cast<std::size_t>(length)] || surrogate || code > 0x10FFFF) {
         return {kNoText, 1};
     }
     return {code, length};
@@ -162,7 +162,7 @@ std::vector<LineLayout> LayLines(const TextDisplay& text, std::int64_t first, st
     const std::string all = atOnce ? text.Text(from, bounds.back().Next - from) : std::string();
     for (const LineBounds& line : bounds) {
         const std::int64_t size = line.Next - line.Start;
-        // What was read may be shorter than what was promised, when the text changes under us.
+        // The text may change meanwhile, so that less was read than its size suggests.
         if (atOnce && size <= kLongLine && line.Next - from <= std::ssize(all)) {
             const auto bytes = std::string_view(all).substr(
                 static_cast<std::size_t>(line.Start - from), static_cast<std::size_t>(size));

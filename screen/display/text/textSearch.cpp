@@ -7,14 +7,15 @@ namespace tessel {
 namespace {
 
 void FoldCase(std::string& text) {
-    // Without a branch: a large part of what a search costs.
+    // Branch-free, because this is a large part of a search's cost.
     for (char& byte : text) {
         const bool capital = byte >= 'A' && byte <= 'Z';
         byte = static_cast<char>(byte | (capital ? 0x20 : 0));
     }
 }
 
-/// Where `needle` stands in `hay`, the last place when `backwards`; -1 when it doesn't.
+/// The position of the first `needle` in `hay`, or with `backwards` of the last; -1 if there is
+/// none.
 std::int64_t Find(const std::string& hay, const std::string& needle, bool backwards) {
     if (backwards) {
         const std::boyer_moore_horspool_searcher wanted(needle.rbegin(), needle.rend());
@@ -40,13 +41,13 @@ TextSearch::TextSearch(const TextDisplay& text, SearchQuery query, TextOffset fr
     const std::int64_t size = HitSize();
     if (size > 0) Starts = std::max<std::int64_t>(Text.Size() - size + 1, 0);
     if (Sought.Backwards) {
-        const TextOffset turn = std::clamp<TextOffset>(from - size + 1, 0, Starts);
-        First = {0, turn};
-        Second = {turn, Starts};
+        const TextOffset split = std::clamp<TextOffset>(from - size + 1, 0, Starts);
+        First = {0, split};
+        Second = {split, Starts};
     } else {
-        const TextOffset turn = std::clamp<TextOffset>(from, 0, Starts);
-        First = {turn, Starts};
-        Second = {0, turn};
+        const TextOffset split = std::clamp<TextOffset>(from, 0, Starts);
+        First = {split, Starts};
+        Second = {0, split};
     }
 }
 
@@ -67,11 +68,11 @@ TextSearch::State TextSearch::Step() {
 }
 
 TextSearch::State TextSearch::ScanPart(Range part) {
-    // A hit may reach over the border of a part, but begins in one only.
+    // A hit may cross the end of a part, but begins in exactly one.
     std::string hay = Text.Text(part.From, part.To - part.From + HitSize() - 1);
     if (!Sought.MatchCase) FoldCase(hay);
     const std::int64_t at = Find(hay, Needle, Sought.Backwards);
-    if (at < 0) return State::kGoing;
+    if (at < 0) return State::kSearching;
     Found = part.From + at;
     return State::kFound;
 }

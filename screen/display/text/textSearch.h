@@ -7,7 +7,7 @@
 
 namespace tessel {
 
-/// What is searched for: `Text` is UTF-8; without MatchCase the letters A to Z equal a to z.
+/// A search request. `Text` is UTF-8; without MatchCase the letters A to Z equal a to z.
 struct SearchQuery {
     std::string Text;
     bool MatchCase = false;
@@ -15,30 +15,29 @@ struct SearchQuery {
     bool operator==(const SearchQuery&) const = default;
 };
 
-/// A search through a display's text in bounded steps, once around: from a place to the end of the
-/// text and on from its other end. Text that is added meanwhile is not looked at.
+/// Searches a display's text once, in bounded steps: from an offset to the end of the text, and on
+/// from its other end. Text appended meanwhile is not searched.
 class TextSearch {
   public:
-    enum class State { kGoing, kFound, kNone };
-    /// How many places one step looks at.
+    enum class State { kSearching, kFound, kNone };
+    /// The number of offsets that one step examines.
     static constexpr std::int64_t kStep = 1 << 18;
 
-    /// Forwards, the nearest hit begins at `from` or behind it; backwards, it ends at `from` or in
-    /// front of it.
+    /// Forwards, hits begin at or after `from`; backwards, they end at or before it.
     TextSearch(const TextDisplay& text, SearchQuery query, TextOffset from);
 
     const SearchQuery& Query() const { return Sought; }
     State Step();
-    TextOffset Hit() const { return Found; }  ///< after kFound: where the hit begins
+    TextOffset Hit() const { return Found; }  ///< after kFound: the offset of the hit
     std::int64_t HitSize() const { return static_cast<std::int64_t>(Sought.Text.size()); }
-    /// The search has passed an end of the text.
+    /// The search has continued from the other end of the text.
     bool Wrapped() const { return HasWrapped; }
     int Percent() const;
-    /// The display has been given another text since the search began.
+    /// The text has been replaced since the search began.
     bool IsOutdated() const { return Text.Generation() != Generation; }
 
   private:
-    struct Range {  // hits that begin at From or behind it, and in front of To
+    struct Range {  // of hits that begin at or after From, and before To
         TextOffset From;
         TextOffset To;
     };
@@ -47,10 +46,10 @@ class TextSearch {
     const TextDisplay& Text;
     std::uint64_t Generation;
     SearchQuery Sought;
-    std::string Needle;  // folded when the case does not matter
+    std::string Needle;  // in lower case unless case matters
     Range First;
     Range Second;
-    std::int64_t Starts;  // where a hit can begin
+    std::int64_t Starts;  // the number of offsets where a hit can begin
     std::int64_t Done = 0;
     TextOffset Found = 0;
     bool HasWrapped = false;

@@ -6,7 +6,7 @@
 namespace tessel {
 namespace {
 
-/// How far a word is followed, in bytes.
+/// The bytes examined on either side of an offset within a word.
 constexpr std::int64_t kWordReach = 4096;
 
 enum class Kind { kWord, kBlank, kOther };
@@ -60,7 +60,7 @@ void DisplaySelection::MoveCaret(TextOffset caret, bool extend) {
 }
 
 void DisplaySelection::MoveCaret(Move move, bool extend) {
-    // An arrow alone leaves a selection by the side that it points to.
+    // An arrow key without Shift moves to the selection's end in its direction.
     if (!extend && !IsEmpty() && (move == Move::kLeft || move == Move::kRight)) {
         MoveCaret(move == Move::kLeft ? Range().From : Range().To, false);
         return;
@@ -86,9 +86,9 @@ TextOffset DisplaySelection::Target(Move move) const {
         case Move::kWordRight: {
             const TextOffset end = Text.LineEnd(Text.LineAt(CaretAt));
             if (CaretAt >= end) return NextOffset(Text, CaretAt);
-            const TextOffset behind = WordAt(Text, CaretAt).To;
-            const bool blank = KindOf(Text.Text(behind, 1).append(1, 'x')[0]) == Kind::kBlank;
-            return blank && behind < end ? WordAt(Text, behind).To : behind;
+            const TextOffset next = WordAt(Text, CaretAt).To;
+            const bool blank = KindOf(Text.Text(next, 1).append(1, 'x')[0]) == Kind::kBlank;
+            return blank && next < end ? WordAt(Text, next).To : next;
         }
         case Move::kLineStart:
             return Text.LineStart(Text.LineAt(CaretAt));

@@ -14,12 +14,12 @@ struct TextRange {
 };
 
 /// The run of letters and digits, of blanks, or of other characters around `at`, within its line;
-/// looks no further than a few thousand bytes either way.
+/// examines at most a few thousand bytes on either side.
 TextRange WordAt(const TextDisplay& text, TextOffset at);
-/// The line that holds `at`, with its line break.
+/// The line that contains `at`, including its line break.
 TextRange WholeLineAt(const TextDisplay& text, TextOffset at);
 
-/// The selected part of a display's text: from where it was begun (the anchor) to the caret.
+/// The selection in a display's text, from the anchor (where it began) to the caret.
 class DisplaySelection {
   public:
     enum class Unit { kCharacter, kWord, kLine };
@@ -42,19 +42,19 @@ class DisplaySelection {
     bool IsEmpty() const { return AnchorAt == CaretAt; }
 
     void Select(TextOffset anchor, TextOffset caret);
-    /// Moves the caret; the anchor goes with it unless the selection is to be extended.
+    /// Moves the caret, and the anchor with it unless `extend`.
     void MoveCaret(TextOffset caret, bool extend);
     void MoveCaret(Move move, bool extend);
-    /// Moves the caret by lines, along the column at which the first of such moves began.
+    /// Moves the caret by lines and keeps the column of the first of consecutive such moves.
     void MoveLines(std::int64_t lines, bool extend, const LayoutRules& rules);
-    /// The text has become shorter or different: draws both ends into it.
+    /// Clamps both ends to the text after it has become shorter.
     void Clamp();
 
-    /// Begins a selection by units at `at`, where a person pressed, and extends it to `at`, where
-    /// the pointer now is: the unit where it began stays selected.
+    /// Begin a drag that selects whole units at `at`, and extend it to `at`. The unit where the
+    /// drag began stays selected.
     void BeginDrag(TextOffset at, Unit unit);
     void DragTo(TextOffset at);
-    /// Extends the selection to `at` by characters, as the start of a drag.
+    /// Extends the selection to `at` by characters and begins a drag.
     void ExtendTo(TextOffset at);
 
   private:
@@ -64,7 +64,7 @@ class DisplaySelection {
     const TextDisplay& Text;
     TextOffset AnchorAt = 0;
     TextOffset CaretAt = 0;
-    std::int64_t WantedColumn = -1;  // of moves by lines; -1 when the last move was another
+    std::int64_t WantedColumn = -1;  // of moves by lines; -1 after any other move
     Unit DragUnit = Unit::kCharacter;
     TextRange DragOrigin;
 };
