@@ -175,6 +175,7 @@ void formTessel::EnableControls(bool flag) {
 
 void formTessel::SetVolumeOpen(bool flag) {
     VolumeOpen = flag;
+    rtfDisplay.Placeholder = flag ? "" : "Open a disk image with File > Open, or drop one here.";
     if (!flag) {
         ClearList();
         ClearDisplay();

@@ -123,6 +123,7 @@ struct formTessel {
     void EnableControls(bool flag);
     void SetVolumeOpen(bool flag);
     void ClearDisplay();
+    void ShowOffset();
 
     // Display modes and navigation (formTesselBrowse.cpp).
     void listDIR_Click();

@@ -143,6 +143,7 @@ void formTessel::BrowseVolume() {
     SetVolumeOpen(true);
     if (BootSector.NumberOfFats >= 1) errors.Try([] { ReadFat0(); });
     if (BootSector.NumberOfFats >= 2) errors.Try([] { ReadFat1(); });
+    RaiseEvent(listDIR.TakeFocus);
     errors.RethrowFirst();
 }
 
@@ -179,9 +180,17 @@ void formTessel::mnuOffset_Click() {
         const Long value = ParseNumber(text);
         if (value != -1) {
             PartitionOffset = value;
+            ShowOffset();
             return;
         }
     }
+}
+
+void formTessel::ShowOffset() {
+    lblVolumeID.Hint = PartitionOffset == 0 ? ""
+                                            : "Offset " + std::to_string(PartitionOffset) + " (&H" +
+                                                  Hex8(PartitionOffset) +
+                                                  "): where the volume begins in the image file";
 }
 
 }  // namespace tessel

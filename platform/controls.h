@@ -104,6 +104,8 @@ class ListBox {
     /// the list.
     void DoubleClickLine(int line);
 
+    /// Set by the screen that shows the list: moves the keyboard to it.
+    std::function<void()> TakeFocus{};
     /// Set by the screen that shows the list: lines were added or removed.
     std::function<void()> LinesChanged{};
     /// Set by the screen that shows the list: another line, or none, is selected.
@@ -125,6 +127,8 @@ struct DisplayBox {
     std::string Name{};
     Property<ControlBounds> Bounds{};
     TextDisplay Text;
+    /// Shown in grey while the text is empty; not a part of the text.
+    Property<std::string> Placeholder{};
 };
 
 struct TextBox {

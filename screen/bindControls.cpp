@@ -1,5 +1,7 @@
 #include "screen/bindControls.h"
 
+#include <QApplication>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QKeyEvent>
@@ -9,12 +11,18 @@
 #include <QMenuBar>
 #include <QPainter>
 #include <QShortcut>
+#include <algorithm>
+#include <cmath>
+
+#include "screen/display/scale.h"
 
 namespace tessel {
 namespace {
 
 constexpr int kCaptionPixels = 11;
 constexpr int kMinCaptionPixels = 8;
+/// Above the first control inside a frame.
+constexpr int kFrameCaptionTwips = 240;
 
 /// The text, which may come from an image, as one line: control characters become blanks.
 QString SingleLine(const std::string& text) {
@@ -119,19 +127,23 @@ QString ToQt(const std::string& text) {
 }
 
 QRect ToPixels(const ControlBounds& bounds) {
-    return {bounds.Left / kTwipsPerPixel, bounds.Top / kTwipsPerPixel,
-            bounds.Width / kTwipsPerPixel, bounds.Height / kTwipsPerPixel};
+    return {PixelsOf(bounds.Left), PixelsOf(bounds.Top), PixelsOf(bounds.Width),
+            PixelsOf(bounds.Height)};
 }
 
-QFont CaptionFont(const QString& caption, int width) {
+QFont CaptionFont(QSize room, const QString& caption) {
     QFont font;
     font.setFamilies({"Arial", "Liberation Sans", "Helvetica", font.family()});
     font.setStyleHint(QFont::SansSerif);
-    int pixels = kCaptionPixels;
-    font.setPixelSize(pixels);
-    while (pixels > kMinCaptionPixels && QFontMetrics(font).horizontalAdvance(caption) > width) {
-        font.setPixelSize(--pixels);
-    }
+    const auto designed = static_cast<int>(std::lround(kCaptionPixels * DesktopScale()));
+    int pixels = std::max(QFontInfo(QApplication::font()).pixelSize(), designed);
+    const auto fits = [&] {
+        font.setPixelSize(pixels);
+        const QFontMetrics metrics(font);
+        const bool highEnough = pixels <= designed || metrics.height() <= room.height();
+        return highEnough && metrics.horizontalAdvance(caption) <= room.width();
+    };
+    while (!fits() && pixels > kMinCaptionPixels) --pixels;
     return font;
 }
 
@@ -162,15 +174,15 @@ void EnterButton::keyPressEvent(QKeyEvent* event) {
 
 QWidget* BindFrame(const Frame& frame, QWidget* parent) {
     auto* box = new FrameView(ToQt(frame.Caption), parent);
-    box->setFont(CaptionFont());
     box->setGeometry(ToPixels(frame.Bounds));
+    box->setFont(CaptionFont({box->width(), PixelsOf(kFrameCaptionTwips)}, box->title()));
     return box;
 }
 
 QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent) {
     auto* view = new LabelView(label, meaning, parent);
-    view->setFont(CaptionFont());
     view->setGeometry(ToPixels(label.Bounds));
+    view->setFont(CaptionFont(view->size()));
     label.Caption.Observe([view](const std::string&) { view->Follow(); });
     label.Hint.Observe([view](const std::string&) { view->Follow(); });
     label.Colour.Observe([view](TextColour) { view->update(); });
@@ -181,7 +193,7 @@ EnterButton* BindButton(Button& button, QWidget* parent) {
     const QString caption = ToQt(button.Caption);
     auto* view = new EnterButton(caption, parent);
     view->setGeometry(ToPixels(button.Bounds));
-    view->setFont(CaptionFont(caption, view->width() - 6));
+    view->setFont(CaptionFont(view->size() - QSize(6, 4), caption));
     view->setAutoDefault(false);
     QObject::connect(view, &QPushButton::clicked, view, [&button] { button.Press(); });
     button.Enabled.Observe([view](bool enabled) { view->setEnabled(enabled); });
@@ -193,7 +205,7 @@ OptionView* BindOptionButton(OptionButton& option, QWidget* parent) {
     auto* view = new OptionView(caption, parent);
     view->setGeometry(ToPixels(option.Bounds));
     const int mark = OptionView::kMarkPixels + OptionView::kMarkSpacing;
-    view->setFont(CaptionFont(caption, view->width() - mark));
+    view->setFont(CaptionFont(view->size() - QSize(mark, 0), caption));
     QObject::connect(view, &QRadioButton::clicked, view, [&option, view] {
         view->setChecked(option.Value);  // a second click has just unchecked it
         option.Press();
@@ -206,7 +218,7 @@ OptionView* BindOptionButton(OptionButton& option, QWidget* parent) {
 QLineEdit* BindTextBox(TextBox& box, const QString& meaning, QWidget* parent) {
     auto* view = new QLineEdit(parent);
     view->setGeometry(ToPixels(box.Bounds));
-    view->setFont(CaptionFont());
+    view->setFont(CaptionFont(view->size()));
     view->setAccessibleName(meaning);
     box.Text.Observe([view](const std::string& text) {
         // Typed text is reported here as well and must not move the caret.

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRect>
+#include <QSize>
 #include <QString>
 #include <string>
 
@@ -19,12 +20,13 @@ namespace tessel {
 
 QString ToQt(const std::string& text);
 
-/// Converts twips to logical pixels, 15 to 1.
+/// Twips as logical pixels, at the scale of DesktopScale().
 QRect ToPixels(const ControlBounds& bounds);
 
-/// The font of captions, in the size that the bounds are designed for (11 logical pixels). It is
-/// smaller if `caption` does not fit into `width` logical pixels.
-QFont CaptionFont(const QString& caption = {}, int width = 0);
+/// The font of captions, in the size of the desktop's font where `room` (logical pixels) is high
+/// and wide enough, otherwise in the size that the bounds are designed for, 8.25 points, or as much
+/// smaller as `caption` needs.
+QFont CaptionFont(QSize room, const QString& caption = {});
 
 /// Returns the focus to a control that lost it by being disabled, once it is enabled again: the
 /// focus stays in the list while the user holds an arrow key and each view disables the list.

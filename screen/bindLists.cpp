@@ -3,7 +3,11 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
@@ -183,6 +187,7 @@ ListView* BindListBox(ListBox& list, const QString& meaning, QWidget* parent) {
     auto* view = new ListView(list, parent);
     view->setFont(DisplayFont().Font());
     view->setAccessibleName(meaning);
+    list.TakeFocus = [view] { view->setFocus(Qt::OtherFocusReason); };
     list.Bounds.Observe([view](const ControlBounds& at) { view->setGeometry(ToPixels(at)); });
     list.Enabled.Observe([view](bool enabled) { view->setEnabled(enabled); });
     return view;
@@ -241,6 +246,39 @@ void FolderView::Enter(const QTreeWidgetItem* item) {
     }
 }
 
+void FolderView::AskNewFolder() {
+    const QString title = QStringLiteral("New Folder");
+    const QDir open(ToQt(Folders.Path()));
+    bool accepted = false;
+    const QString name =
+        QInputDialog::getText(this, title, QStringLiteral("Name of the new folder:"),
+                              QLineEdit::Normal, QString(), &accepted)
+            .trimmed();
+    if (!accepted || name.isEmpty()) return;
+    QString wrong;
+    if (QFileInfo(name).fileName() != name || name == QLatin1String("..")) {
+        wrong = QStringLiteral("A name has no folder in it");
+    } else if (QFileInfo(open, name).exists()) {
+        wrong = QStringLiteral("A file or folder of this name exists already");
+    } else if (!open.mkdir(name)) {
+        wrong = QStringLiteral("The folder cannot be created here");
+    }
+    if (wrong.isEmpty()) {
+        Folders.SetPath(QDir::toNativeSeparators(open.filePath(name)).toStdString());
+    } else {
+        QMessageBox::warning(this, title, wrong + ":\n" + name);
+    }
+}
+
+void FolderView::contextMenuEvent(QContextMenuEvent* event) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(QStringLiteral("Open"), this, [this] { Enter(currentItem()); });
+    menu->addAction(QStringLiteral("New Folder..."), this, [this] { AskNewFolder(); })
+        ->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
+    menu->popup(event->globalPos());
+}
+
 void FolderView::paintEvent(QPaintEvent* event) {
     QTreeWidget::paintEvent(event);
     PaintFocus(*this);
@@ -268,14 +306,14 @@ void FolderView::keyPressEvent(QKeyEvent* event) {
 FolderView* BindFolderList(FolderList& folders, QWidget* parent) {
     auto* view = new FolderView(folders, parent);
     view->setGeometry(ToPixels(folders.Bounds));
-    view->setFont(CaptionFont());
+    view->setFont(CaptionFont(view->size()));
     return view;
 }
 
 QComboBox* BindDriveList(DriveList& drives, QWidget* parent) {
     auto* view = new QComboBox(parent);
     view->setGeometry(ToPixels(drives.Bounds));
-    view->setFont(CaptionFont());
+    view->setFont(CaptionFont(view->size()));
     view->setAccessibleName("Drive list");
     const auto follow = [&drives, view] {
         view->setCurrentIndex(view->findText(ToQt(drives.Drive())));

@@ -60,8 +60,12 @@ class FolderView : public QTreeWidget {
     FolderView(FolderList& folders, QWidget* parent);
     /// Reads the sub-folders from the host again.
     void Follow();
+    /// Asks for a name, creates a folder of that name in the open one, and opens it. A message says
+    /// why that was not possible.
+    void AskNewFolder();
 
   protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;

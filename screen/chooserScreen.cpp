@@ -2,15 +2,20 @@
 
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFontMetrics>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QScreen>
+#include <QShortcut>
+#include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
 #include "dialogs/dialogGetDirectory.h"
 #include "screen/bindControls.h"
 #include "screen/bindLists.h"
+#include "screen/display/scale.h"
 #include "screen/qtHost.h"
 
 namespace tessel {
@@ -39,15 +44,27 @@ ChooserScreen::ChooserScreen(dialogGetDirectory& chooser, QWidget* parent)
                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
                           Qt::MSWindowsFixedSizeDialogHint),
       Chooser(chooser) {
-    setFixedSize(chooser.Form.ScaleWidth / kTwipsPerPixel,
-                 chooser.Form.ScaleHeight / kTwipsPerPixel);
+    setFixedSize(PixelsOf(chooser.Form.ScaleWidth), PixelsOf(chooser.Form.ScaleHeight));
     BindCaption(chooser.Form, *this);
     // In tab order.
     BindButton(chooser.OKButton, this);
     BindButton(chooser.CancelButton, this);
     Drives = BindDriveList(chooser.driveDriveBox, this);
     Folders = BindFolderList(chooser.dirDirBox, this);
-    BindTextBox(chooser.txtDirName, "Folder", this);
+    Line = BindTextBox(chooser.txtDirName, "Folder", this);
+    Bubble = new QLabel(this);
+    Bubble->setFont(Line->font());
+    Bubble->setTextFormat(Qt::PlainText);
+    Bubble->setFrameStyle(QFrame::Box | QFrame::Plain);
+    Bubble->setAutoFillBackground(true);
+    Bubble->setPalette(QToolTip::palette());
+    Bubble->setForegroundRole(QPalette::ToolTipText);
+    Bubble->setBackgroundRole(QPalette::ToolTipBase);
+    Bubble->setMargin(3);
+    Bubble->hide();
+    connect(Line, &QLineEdit::textChanged, this, [this] { FollowLine(); });
+    auto* newFolder = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N), this);
+    connect(newFolder, &QShortcut::activated, Folders, &FolderView::AskNewFolder);
     chooser.Form.Visible.Observe([this](bool visible) {
         if (!visible && isVisible()) done(0);
     });
@@ -61,6 +78,20 @@ void ChooserScreen::ShowModal() {
     Chooser.Form.Visible = true;
     exec();
     Chooser.Form.Visible = false;  // also if the program ends while it is open
+}
+
+void ChooserScreen::FollowLine() {
+    const QString folder = ToQt(Chooser.dirDirBox.Path());
+    const bool differs = Line->text() != folder;
+    const QString words = QStringLiteral("OK takes %1, the one opened above");
+    const QFontMetrics metrics = Bubble->fontMetrics();
+    const int room = Line->width() - metrics.horizontalAdvance(words) - 2 * Bubble->margin();
+    Bubble->setText(words.arg(metrics.elidedText(folder, Qt::ElideMiddle, room)));
+    Bubble->adjustSize();
+    Bubble->move(Line->x(), Line->y() - Bubble->height() - 2);
+    Bubble->setVisible(differs);
+    // A screen reader speaks a description that changes at the control that has the focus.
+    Line->setAccessibleDescription(differs ? words.arg(folder) : QString());
 }
 
 void ChooserScreen::closeEvent(QCloseEvent* event) {

@@ -3,6 +3,8 @@
 #include <QDialog>
 
 class QComboBox;
+class QLabel;
+class QLineEdit;
 
 namespace tessel {
 
@@ -26,10 +28,13 @@ class ChooserScreen : public QDialog {
 
   private:
     void FollowPosition();
+    void FollowLine();
 
     dialogGetDirectory& Chooser;
     QComboBox* Drives;
     FolderView* Folders;
+    QLineEdit* Line;
+    QLabel* Bubble;  // says what OK takes while the line reads differently
 };
 
 }  // namespace tessel

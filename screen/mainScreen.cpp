@@ -14,6 +14,7 @@
 
 #include "app/formTessel.h"
 #include "screen/bindLists.h"
+#include "screen/display/scale.h"
 #include "screen/display/view.h"
 #include "screen/progressLine.h"
 
@@ -43,8 +44,8 @@ MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this))
     setAcceptDrops(true);
     BindCaption(form.Form, *this);
     layout()->setSizeConstraint(QLayout::SetNoConstraint);  // no minimum size
-    resize(form.Form.ScaleWidth / kTwipsPerPixel,
-           form.Form.ScaleHeight / kTwipsPerPixel + menuBar()->sizeHint().height());
+    resize(PixelsOf(form.Form.ScaleWidth),
+           PixelsOf(form.Form.ScaleHeight) + menuBar()->sizeHint().height());
 }
 
 void MainScreen::MakeControls() {
@@ -111,16 +112,15 @@ void MainScreen::showEvent(QShowEvent* event) {
     Sized = true;
     // The menu bar's height is known only now; some desktops show it outside the window.
     layout()->activate();
-    const QSize wanted(Form.Form.ScaleWidth / kTwipsPerPixel,
-                       Form.Form.ScaleHeight / kTwipsPerPixel);
+    const QSize wanted(PixelsOf(Form.Form.ScaleWidth), PixelsOf(Form.Form.ScaleHeight));
     const QSize room = screen()->availableSize() - QSize(kFrameWidth, kFrameHeight);
     resize((size() + wanted - Inside->size()).boundedTo(room));
     FollowSize();
 }
 
 void MainScreen::FollowSize() {
-    Form.Form.ScaleWidth = Inside->width() * kTwipsPerPixel;
-    Form.Form.ScaleHeight = Inside->height() * kTwipsPerPixel;
+    Form.Form.ScaleWidth = TwipsOf(Inside->width());
+    Form.Form.ScaleHeight = TwipsOf(Inside->height());
     RaiseEvent(Form.Form.Resize);
 }
 
@@ -139,9 +139,7 @@ void MainScreen::closeEvent(QCloseEvent* event) {
 void MainScreen::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape) {
         Form.cmdABORT.Press();
-    } else if (event->matches(QKeySequence::Find)) {
-        Display->ShowFind();
-    } else {
+    } else if (!Display->RunViewCommand(event)) {
         QMainWindow::keyPressEvent(event);
     }
 }

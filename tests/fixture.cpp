@@ -1,47 +1,54 @@
+#undef _FORTIFY_SOURCE  // or this file could not hold a pread of its own
 #include "tests/fixture.h"
+
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
-#include <random>
 
 #include "dialogs/modFile.h"
-#include "platform/hostFiles.h"
 #include "platform/numberedFiles.h"
 #include "volume/modDisks.h"
+
+namespace {
+
+struct {
+    ino_t File = 0;
+    off_t From = 0, To = 0;
+} TheBadPart;
+
+}  // namespace
+
+/// In front of the host's: it can be told to fail.
+extern "C" ssize_t pread(int descriptor, void* buffer, size_t count, off_t offset) {
+    struct stat status {};
+    const bool touched = offset < TheBadPart.To &&
+                         offset + static_cast<off_t>(count) > TheBadPart.From &&
+                         fstat(descriptor, &status) == 0 && status.st_ino == TheBadPart.File;
+    if (touched && offset >= TheBadPart.From) return errno = EIO, -1;
+    if (touched) count = static_cast<size_t>(TheBadPart.From - offset);
+    return syscall(SYS_pread64, descriptor, buffer, count, offset);
+}
+extern "C" ssize_t pread64(int descriptor, void* buffer, size_t count, off64_t offset) {
+    return pread(descriptor, buffer, count, offset);
+}
 
 namespace tessel {
 namespace fs = std::filesystem;
 
-static std::string Replaced(std::string text, const std::string& what, const std::string& by) {
-    for (std::size_t at = 0; (at = text.find(what, at)) != text.npos; at += by.size()) {
-        text.replace(at, what.size(), by);
-    }
-    return text;
+void FailReads(const std::string& path, std::size_t from, std::size_t to) {
+    struct stat status {};
+    ASSERT_EQ(stat(path.c_str(), &status), 0);
+    TheBadPart = {status.st_ino, static_cast<off_t>(from), static_cast<off_t>(to)};
 }
 
-/// Exchanges separators in each path that begins with `start`, up to the end of its line.
-static std::string WithSeparators(std::string text, const std::string& start, char from, char to) {
-    bool inPath = false;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text.compare(i, start.size(), start) == 0) inPath = true;
-        // Boxes print a line break as these four characters.
-        if (text[i] == '\n' || text.compare(i, 4, "\\r\\n") == 0) inPath = false;
-        if (inPath && text[i] == from) text[i] = to;
-    }
-    return text;
-}
-
-/// A new folder in the host's one for temporary files.
-static std::string MakeFolder() {
-    std::random_device random;
-    for (;;) {
-        const fs::path path = fs::temp_directory_path() / ("tessel-" + std::to_string(random()));
-        if (fs::create_directory(path)) return path.string();
-    }
-}
+void StopFailingReads() { TheBadPart = {}; }
 
 TesselTest::TesselTest() : Before(fs::current_path()) {
-    Folder = MakeFolder();
+    std::string path = (fs::temp_directory_path() / "tessel-XXXXXX").string();
+    Folder = mkdtemp(path.data());
     fs::current_path(Folder);
     ResetVolume();
     RecentPaths = {};
@@ -56,10 +63,6 @@ TesselTest::~TesselTest() {
     fs::current_path(Before);
     std::error_code ignored;
     fs::remove_all(Folder, ignored);
-}
-
-std::string TesselTest::At(const std::string& name) const {
-    return Folder + WithSeparators("/" + name, "/", '/', FolderSeparator());
 }
 
 std::string TesselTest::Write(const std::string& name, const images::Bytes& bytes) const {
@@ -82,7 +85,7 @@ std::string TesselTest::Tree(const std::string& below) const {
     std::vector<std::string> paths;
     for (const auto& entry : fs::recursive_directory_iterator(At(below))) {
         const char* mark = entry.is_symlink() ? "@\n" : entry.is_directory() ? "/\n" : "\n";
-        paths.push_back(entry.path().lexically_relative(At(below)).generic_string() + mark);
+        paths.push_back(entry.path().lexically_relative(At(below)).string() + mark);
     }
     std::sort(paths.begin(), paths.end());
     std::string tree;
@@ -113,12 +116,18 @@ void WindowTest::Restart() {
     Window = std::make_unique<Script>(Out, Out, Settings);
 }
 
+static std::string Replaced(std::string text, const std::string& what, const std::string& by) {
+    for (std::size_t at = 0; (at = text.find(what, at)) != text.npos; at += by.size()) {
+        text.replace(at, what.size(), by);
+    }
+    return text;
+}
+
 std::string WindowTest::Run(const std::string& script) {
-    const char host = FolderSeparator();
-    std::istringstream lines(Replaced(WithSeparators(script, "@", '/', host), "@", Folder));
+    std::istringstream lines(Replaced(script, "@", Folder));
     std::ostringstream before(std::exchange(Out, std::ostringstream()));
     Window->Run(lines);
-    std::string printed = WithSeparators(Replaced(Out.str(), Folder, "@"), "@", host, '/');
+    std::string printed = Replaced(Out.str(), Folder, "@");
     Out = std::move(before);  // of a script in whose events this one ran
     return printed;
 }

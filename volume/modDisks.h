@@ -1,6 +1,6 @@
 #pragma once
 
-/// Includes the headers of the open volume.
+/// The open volume, gathered.
 #include "volume/bootSector.h"    // IWYU pragma: export
 #include "volume/contentViews.h"  // IWYU pragma: export
 #include "volume/directory.h"     // IWYU pragma: export

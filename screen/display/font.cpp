@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/controls.h"
+#include "screen/display/scale.h"
 
 namespace tessel {
 namespace {
@@ -38,7 +38,7 @@ DisplayFont::DisplayFont() : Face(FixedFont()) {
 
 void DisplayFont::SetZoom(int percent) {
     Percent = std::clamp(percent, kMinZoom, kMaxZoom);
-    Face.setPointSizeF(kPoints * Percent / 100);
+    Face.setPointSizeF(kPoints * DesktopScale() * Percent / 100);
     Glyphs = QRawFont::fromFont(Face);
     const QFontMetricsF metrics(Face);
     // Whole pixels, so that all columns look alike. Without a fixed-pitch font the widest character
@@ -57,7 +57,7 @@ void DisplayFont::SetZoom(int percent) {
 
 LayoutRules DisplayFont::Rules(const std::vector<int>& tabStops) {
     LayoutRules rules;
-    const int cell = BaseWidth * kTwipsPerPixel;
+    const int cell = TwipsOf(BaseWidth);
     // Stops narrower than one character would not separate anything.
     for (const int twips : tabStops) {
         if (twips >= cell) rules.TabColumns.push_back((twips + cell - 1) / cell);
@@ -71,7 +71,7 @@ int DisplayFont::ColumnsOf(char32_t code) {
     const auto known = Wide.constFind(code);
     if (known != Wide.constEnd()) return *known;
     QFont base = Face;
-    base.setPointSizeF(kPoints);
+    base.setPointSizeF(kPoints * DesktopScale());
     const double advance = QFontMetricsF(base).horizontalAdvance(QString::fromUcs4(&code, 1));
     const int columns = advance > 1.5 * BaseWidth ? 2 : 1;
     Wide.insert(code, columns);

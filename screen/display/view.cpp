@@ -59,10 +59,17 @@ DisplayView::DisplayView(DisplayBox& box, QWidget* parent)
     DragTimer.setInterval(30);
     connect(&DragTimer, &QTimer::timeout, this, [this] { ContinueDrag(); });
     Box.Text.Changed = [this] { FollowSoon(); };
+    Box.Placeholder.Observe([this](const std::string& text) {
+        setAccessibleDescription(QString::fromStdString(text));
+        viewport()->update();
+    });
     Sync();
 }
 
-DisplayView::~DisplayView() { Box.Text.Changed = nullptr; }
+DisplayView::~DisplayView() {
+    Box.Text.Changed = nullptr;
+    Box.Placeholder.Observe(nullptr);
+}
 
 // --- Following the text. ------------------------------------------------------------------------
 
@@ -242,6 +249,13 @@ void DisplayView::paintEvent(QPaintEvent* event) {
         if (top > event->rect().bottom()) break;
         if (top + Font.LineHeight() <= event->rect().top()) continue;
         PaintLine(painter, line, group);
+    }
+    if (Box.Text.Size() == 0) {
+        painter.setFont(QApplication::font());
+        painter.setPen(palette().color(group, QPalette::PlaceholderText));
+        const QRect room = viewport()->rect().marginsRemoved(QMargins(12, 12, 12, 12));
+        painter.drawText(room, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
+                         QString::fromStdString(Box.Placeholder));
     }
     if (CaretOn) painter.fillRect(CaretRect(), palette().color(group, QPalette::Text));
     if (hasFocus()) {

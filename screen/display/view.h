@@ -57,6 +57,9 @@ class DisplayView : public QAbstractScrollArea {
     void Copy();
     static constexpr std::int64_t kMaxCopied = 64 << 20;
 
+    /// Carries out a key of the view (find, find next, zoom), also one that another control of the
+    /// window did not use. False when it is no such key.
+    bool RunViewCommand(QKeyEvent* event);
     /// Opens the find line and puts a short selection into it.
     void ShowFind();
     FindBar& Finder() { return *Find; }
@@ -99,7 +102,7 @@ class DisplayView : public QAbstractScrollArea {
     void ShowCaret(bool on);
 
     // User input.
-    bool RunsCommand(QKeyEvent* event);
+    bool RunsEditCommand(QKeyEvent* event);
     bool MovesCaret(QKeyEvent* event);
     void SelectionMoved(bool ensureVisible);
     void EnsureVisible(TextOffset at);

@@ -37,21 +37,28 @@ std::int64_t DragSteps(int position, int size, int cell) {
 
 void DisplayView::keyPressEvent(QKeyEvent* event) {
     Sync();
-    if (RunsCommand(event) || MovesCaret(event)) {
+    if (RunsEditCommand(event) || RunViewCommand(event) || MovesCaret(event)) {
         event->accept();
     } else {
         event->ignore();  // such as Esc, which the window handles
     }
 }
 
-bool DisplayView::RunsCommand(QKeyEvent* event) {
-    const bool control = event->modifiers().testFlag(Qt::ControlModifier);
+bool DisplayView::RunsEditCommand(QKeyEvent* event) {
     if (event->matches(QKeySequence::Copy)) {
         Copy();
     } else if (event->matches(QKeySequence::SelectAll)) {
         Selection.Select(0, Box.Text.Size());
         SelectionMoved(false);
-    } else if (event->matches(QKeySequence::Find)) {
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool DisplayView::RunViewCommand(QKeyEvent* event) {
+    const bool control = event->modifiers().testFlag(Qt::ControlModifier);
+    if (event->matches(QKeySequence::Find)) {
         ShowFind();
     } else if (event->key() == Qt::Key_F3) {
         if (Find->Query().isEmpty()) {
@@ -294,6 +301,9 @@ void DisplayView::contextMenuEvent(QContextMenuEvent* event) {
         SelectionMoved(false);
     });
     all->setShortcut(QKeySequence::SelectAll);
+    menu->addSeparator();
+    menu->addAction(QStringLiteral("Find"), this, [this] { ShowFind(); })
+        ->setShortcut(QKeySequence::Find);
     menu->popup(event->globalPos());
 }
 

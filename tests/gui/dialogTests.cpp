@@ -12,6 +12,7 @@
 #include "dialogs/modFile.h"
 #include "dialogs/settings.h"
 #include "platform/hostFiles.h"
+#include "screen/bindLists.h"
 #include "screen/chooserScreen.h"
 #include "tests/gui/screenTest.h"
 #include "volume/modGlobals.h"
@@ -211,7 +212,7 @@ class ChooserTest : public DialogTest {
     /// close box if that is empty.
     void Choose(const char* button, const std::function<void(ChooserScreen&)>& act) {
         OnDialog<ChooserScreen>([=, this](ChooserScreen& screen) {
-            Folders = screen.findChild<QTreeWidget*>();
+            Folders = static_cast<FolderView*>(screen.findChild<QTreeWidget*>());
             Line = screen.findChild<QLineEdit*>();
             act(screen);
             if (*button != '\0') {
@@ -237,7 +238,7 @@ class ChooserTest : public DialogTest {
         if (Line->text().toStdString() != path || !path.ends_with(row)) return "?";
         return path.starts_with(At("out")) ? path.substr(At("out").size()) : path;
     }
-    QTreeWidget* Folders = nullptr;
+    FolderView* Folders = nullptr;
     QLineEdit* Line = nullptr;
 };
 
@@ -276,6 +277,39 @@ TEST_F(ChooserTest, HasItsDesignedLayoutAndReturnsTheListsFolder) {
     // The close box returns the start folder as if it were chosen.
     Choose("", [this](ChooserScreen&) { Enter("a"); });
     EXPECT_TRUE(fs::exists(At("out/disk/BIG.BIN")));
+}
+
+TEST_F(ChooserTest, SaysWhatOkTakesAndMakesNewFolders) {
+    Choose("Cancel", [this](ChooserScreen& screen) {
+        const auto* bubble = screen.findChild<QLabel*>();
+        EXPECT_FALSE(bubble->isVisible());
+        Line->setFocus();
+        Type("x");
+        EXPECT_TRUE(bubble->isVisible());
+        EXPECT_TRUE(bubble->text().startsWith("OK takes "));
+        EXPECT_EQ(Line->accessibleDescription().toStdString(),
+                  "OK takes " + At("out") + ", the one opened above");
+        Key(Qt::Key_Backspace);
+        EXPECT_FALSE(bubble->isVisible());
+        EXPECT_EQ(Line->accessibleDescription(), "");
+
+        OnDialog<QInputDialog>([](QInputDialog&) {
+            Type("new one");
+            Key(Qt::Key_Return);
+        });
+        Key(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(CurrentFolder(), "/new one");
+        for (const char* name : {"../up", "..", ""}) {
+            OnDialog<QInputDialog>([name](QInputDialog&) {
+                Type(name);
+                Key(Qt::Key_Return);
+            });
+            if (*name != '\0') OnDialog<QMessageBox>([](QMessageBox&) { Key(Qt::Key_Return); });
+            Folders->AskNewFolder();
+            EXPECT_EQ(CurrentFolder(), "/new one");
+        }
+    });
+    EXPECT_EQ(Tree("out"), "a/\na/one/\na/two/\nnew one/\nz/\n");
 }
 
 TEST_F(ChooserTest, KeysAndMouseNavigateTheHostsFolders) {

@@ -147,7 +147,7 @@ int Contrast(QWidget& widget) {
     return *lightest - *darkest;
 }
 
-/// CMakeLists.txt runs this case at several scales and on a small screen, too.
+/// CMakeLists.txt runs this case at several scales, with a large font, and on a small screen, too.
 TEST_F(DesktopTest, EverythingFitsAndNothingOverlaps) {
     const std::string name = std::string(200, 'w') + ".img";
     OpenImage(Write(name, SampleImage({.SystemId = "        "}).File()));
@@ -169,6 +169,9 @@ TEST_F(DesktopTest, EverythingFitsAndNothingOverlaps) {
         EXPECT_LE(button->fontMetrics().tightBoundingRect(caption).height(), button->height());
     }
     EXPECT_EQ(all.size(), 15U);
+    EXPECT_GE(4 * The("Version").fontInfo().pixelSize(),
+              3 * QFontInfo(QApplication::font()).pixelSize())
+        << "captions follow the desktop's font";
     EXPECT_GE(Display->CellRect(0).width(), List->fontMetrics().horizontalAdvance('W'));
     const auto bounds = [this](const QWidget* widget) {
         return QRect(widget->mapTo(Screen.get(), QPoint()), widget->size());

@@ -60,10 +60,16 @@ void ScreenTest::RunSteps() {
     constexpr int kTimeout = 10000;  // ms
     if (QApplication::activeModalWidget() == nullptr) SinceStep.restart();
     if (!Steps.empty() && Steps.front().IsReady()) {
-        const Step step = std::move(Steps.front());
+        // Queued, because a timer does not fire again, for a dialog inside a dialog, while its slot
+        // runs.
+        QMetaObject::invokeMethod(
+            &StepTimer,
+            [this, act = std::move(Steps.front().Act)] {
+                act();
+                SinceStep.restart();
+            },
+            Qt::QueuedConnection);
         Steps.pop_front();
-        step.Act();
-        SinceStep.restart();
     } else if (SinceStep.elapsed() > kTimeout) {
         auto* modal = qobject_cast<QDialog*>(QApplication::activeModalWidget());
         ADD_FAILURE() << "unexpected dialog \"" << modal->windowTitle().toStdString() << '"';
