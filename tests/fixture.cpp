@@ -128,7 +128,7 @@ std::string WindowTest::Run(const std::string& script) {
     std::ostringstream before(std::exchange(Out, std::ostringstream()));
     Window->Run(lines);
     std::string printed = Replaced(Out.str(), Folder, "@");
-    Out = std::move(before);  // of a script in whose events this one ran
+    Out = std::move(before);  // the output of an outer script that is processing events
     return printed;
 }
 

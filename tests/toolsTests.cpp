@@ -4,7 +4,7 @@
 #include "tests/fixture.h"
 #include "volume/modDisks.h"
 
-/// Images made by public tools, held against what these tools say; and the driver as a program.
+/// Images made by other tools, and the driver as a program.
 namespace tessel {
 namespace {
 
@@ -22,7 +22,7 @@ std::string Shell(const std::string& command) {
 
 TEST_F(WindowTest, ImagesOfPublicToolsAreReadAsTheToolsReadThem) {
     if (!Shell("which mkfs.fat mcopy mmd mdel").ends_with("status 0\n")) {
-        GTEST_SKIP() << "mkfs.fat or mtools is not here";
+        GTEST_SKIP() << "mkfs.fat or mtools is not installed";
     }
     const std::vector<std::string> names = {"PLAIN.TXT", "A rather long name, of a file.text",
                                             "b\u00FCro \u20AC.bin"};
