@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "drive/script.h"
+#include "platform/process.h"
 
 /// tessel-drive [--settings FILE] [SCRIPT...]: runs the window without a screen, driven by the
 /// commands in the scripts, or on standard input when there is none. Exits with 0, or with 2 when a
 /// script cannot be read or a command is wrong.
 int main(int argc, char** argv) {
+    tessel::PrepareProcess();
     std::ios::sync_with_stdio(false);
     std::vector<std::string> words(argv + 1, argv + argc);
     tessel::ScriptSettings settings;

@@ -50,13 +50,13 @@ class ScriptedDesktop {
     std::deque<std::optional<std::string>> Files;   ///< nullopt is Cancel
     std::deque<std::optional<std::string>> Inputs;  ///< nullopt is Cancel; so is an empty queue
     std::deque<FolderAnswer> Folders;               ///< an empty queue is Cancel
-    long StopAt = 0;  ///< presses STOP at this processing of events, counted from now; 0 for never
-    /// Called at each processing of events.
+    long StopAt = 0;  ///< the number of DoEvents calls until STOP is pressed; 0 for never
+    /// Called at each DoEvents.
     std::function<void()> OnEvents{};
     std::optional<CommonDialog> LastDialog;  ///< the last file dialog, as the program set it
     bool Ended = false;                      ///< the program has ended
     bool Hourglass = false;
-    long DoEventsCount = 0;  ///< how many times events were processed
+    long DoEventsCount = 0;  ///< calls so far
 
   private:
     void AnswerFile(CommonDialog& dialog);

@@ -1,5 +1,3 @@
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -8,6 +6,8 @@
 #include <fstream>
 #include <iterator>
 #include <vector>
+
+#include "drive/peakMemory.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
@@ -33,11 +33,9 @@ int main(int argc, char** argv) {
             slowestInput = input.filename();
         }
     }
-    constexpr long kMostMegabytes = 256;
-    rusage used{};
-    getrusage(RUSAGE_SELF, &used);
-    const long peak = used.ru_maxrss / 1024;
-    std::printf("%zu inputs; the slowest, %s, took %.0f ms; %ld MB at most\n", inputs.size(),
+    constexpr double kMostMegabytes = 256;
+    const double peak = tessel::PeakMemoryMiB();
+    std::printf("%zu inputs; the slowest, %s, took %.0f ms; %.0f MB at most\n", inputs.size(),
                 slowestInput.string().c_str(), slowest * 1000, peak);
     return inputs.empty() || slowest > 1 || peak > kMostMegabytes ? 1 : 0;
 }

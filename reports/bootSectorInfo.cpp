@@ -8,7 +8,7 @@
 namespace tessel {
 namespace {
 
-/// "  CAPTION", blanks up to the "=" in column 23, and a blank.
+/// "  CAPTION", padded with blanks to 22 characters, and "= ".
 std::string Caption(const std::string& caption) {
     std::string text = "  " + caption;
     text.resize(22, ' ');
@@ -29,7 +29,7 @@ std::string Number8(const std::string& caption, Long value) {
     return Number(caption, Hex8(value), value);
 }
 
-/// A text field and its bytes; the bracket opens in column 37.
+/// A line with a text field and its bytes in hexadecimal.
 std::string Text(const std::string& caption, const std::string& text, Integer offset,
                  Integer length) {
     std::string line = Caption(caption) + text;

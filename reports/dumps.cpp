@@ -13,10 +13,10 @@ namespace {
 
 constexpr std::size_t kPerRow = 16;
 constexpr Long kEntriesPerRow = 16;
-/// CR LF, eight digits, two blanks, and for each byte two digits, a blank and its character.
+/// CR LF, 8 digits, 2 blanks, and for each byte 2 digits, a blank and its character.
 constexpr std::size_t kRowLength = 2 + 8 + 2 + (3 + 1) * kPerRow;
 
-/// The rows of a dump, each behind a line end of its own; there are whole rows only.
+/// `count` full rows of a dump from row `first` on, each preceded by CR LF.
 std::string Rows(ByteBuffer bytes, std::size_t first, std::size_t count) {
     std::string text;
     text.reserve(count * kRowLength);

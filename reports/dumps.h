@@ -4,19 +4,18 @@
 
 #include "platform/textDisplay.h"
 
-/// The volume's structures as text for the display; all lines end with CR LF. They read memory
-/// only.
+/// The structures of the volume as text for the display. Lines end with CR LF. All data comes from
+/// memory; nothing is read from the image.
 namespace tessel {
 
-/// Every field of the boot sector on a line of its own, an empty line at the end.
+/// The fields of the boot sector, one per line, and an empty line.
 std::string BootSectorInfo();
-/// Sector 0 of the volume, 16 bytes a row with their characters.
+/// Sector 0 of the volume as a dump, 16 bytes per line with their characters.
 std::string DumpBootSector();
-/// Shows the whole root directory in the same form, whatever the display held before.
+/// Replaces the display's text by a dump of the whole root directory in the same form.
 void DumpRootDirectory(TextDisplay& display);
-/// The first FAT as a table of entry values, 16 clusters a row; the last row may be short and has
-/// then no line end. Where the image does not hold the whole FAT, a line in place of the missing
-/// entries says so.
+/// The first FAT as a table of entry values, 16 per line; a last line with fewer has no line end.
+/// If the image does not contain the whole FAT, a line that says so replaces the missing entries.
 std::string DumpFat0();
 
 }  // namespace tessel

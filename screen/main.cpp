@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "app/formTessel.h"
+#include "platform/process.h"
 #include "screen/commandLine.h"
 #include "screen/mainScreen.h"
 #include "screen/qtHost.h"
@@ -38,6 +39,7 @@ class Application : public QApplication {
 
 int main(int argc, char* argv[]) {
     constexpr int kUsageError = 2;
+    tessel::PrepareProcess();
     QCoreApplication::setOrganizationName("Tessel");
     QCoreApplication::setApplicationName("Tessel");
     QCoreApplication::setApplicationVersion(tessel::ProgramVersion());

@@ -209,8 +209,10 @@ TEST_F(WindowTest, TheChoosersPositionAndFolderAreStored) {
     Window->Form.Chooser->Form.Top = 4321;
     Restart();
     Settings.Load(At("settings"));
-    EXPECT_EQ(Read("settings"), "Paths\tIMG\t" + Folder + "/\nPaths\tSAVEALL\t" + At("out") +
-                                    "\nSaveALL\tLeft\t3000\nSaveALL\tTop\t4321\n");
+    EXPECT_EQ(Settings.Read("Paths", "IMG", "?"), At(""));
+    EXPECT_EQ(Settings.Read("Paths", "SAVEALL", "?"), At("out"));
+    EXPECT_EQ(Settings.Read("SaveALL", "Left", "?"), "3000");
+    EXPECT_EQ(Settings.Read("SaveALL", "Top", "?"), "4321");
     EXPECT_FALSE(Window->Form.Chooser) << "created at its first use";
     EXPECT_EQ(Window->Form.GetDirName("", "", "saveall", 0, "Save All"), "");
     EXPECT_EQ(Window->Form.Chooser->Form.Top, 4321);

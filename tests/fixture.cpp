@@ -1,54 +1,48 @@
-#undef _FORTIFY_SOURCE  // or this file could not hold a pread of its own
 #include "tests/fixture.h"
-
-#include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
+#include <random>
 
 #include "dialogs/modFile.h"
+#include "platform/hostFiles.h"
 #include "platform/numberedFiles.h"
 #include "volume/modDisks.h"
-
-namespace {
-
-struct {
-    ino_t File = 0;
-    off_t From = 0, To = 0;
-} TheBadPart;
-
-}  // namespace
-
-/// In front of the host's: it can be told to fail.
-extern "C" ssize_t pread(int descriptor, void* buffer, size_t count, off_t offset) {
-    struct stat status {};
-    const bool touched = offset < TheBadPart.To &&
-                         offset + static_cast<off_t>(count) > TheBadPart.From &&
-                         fstat(descriptor, &status) == 0 && status.st_ino == TheBadPart.File;
-    if (touched && offset >= TheBadPart.From) return errno = EIO, -1;
-    if (touched) count = static_cast<size_t>(TheBadPart.From - offset);
-    return syscall(SYS_pread64, descriptor, buffer, count, offset);
-}
-extern "C" ssize_t pread64(int descriptor, void* buffer, size_t count, off64_t offset) {
-    return pread(descriptor, buffer, count, offset);
-}
 
 namespace tessel {
 namespace fs = std::filesystem;
 
-void FailReads(const std::string& path, std::size_t from, std::size_t to) {
-    struct stat status {};
-    ASSERT_EQ(stat(path.c_str(), &status), 0);
-    TheBadPart = {status.st_ino, static_cast<off_t>(from), static_cast<off_t>(to)};
+static std::string Replaced(std::string text, const std::string& what, const std::string& by) {
+    for (std::size_t at = 0; (at = text.find(what, at)) != text.npos; at += by.size()) {
+        text.replace(at, what.size(), by);
+    }
+    return text;
 }
 
-void StopFailingReads() { TheBadPart = {}; }
+/// Replaces the separators `from` by `to` in each path, which is from `start` to the end of its
+/// line.
+static std::string WithSeparators(std::string text, const std::string& start, char from, char to) {
+    bool inPath = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text.compare(i, start.size(), start) == 0) inPath = true;
+        // In the output for a message box, a line break is these four characters.
+        if (text[i] == '\n' || text.compare(i, 4, "\\r\\n") == 0) inPath = false;
+        if (inPath && text[i] == from) text[i] = to;
+    }
+    return text;
+}
+
+/// Creates a new folder in the host's folder for temporary files.
+static std::string MakeFolder() {
+    std::random_device random;
+    for (;;) {
+        const fs::path path = fs::temp_directory_path() / ("tessel-" + std::to_string(random()));
+        if (fs::create_directory(path)) return path.string();
+    }
+}
 
 TesselTest::TesselTest() : Before(fs::current_path()) {
-    std::string path = (fs::temp_directory_path() / "tessel-XXXXXX").string();
-    Folder = mkdtemp(path.data());
+    Folder = MakeFolder();
     fs::current_path(Folder);
     ResetVolume();
     RecentPaths = {};
@@ -63,6 +57,10 @@ TesselTest::~TesselTest() {
     fs::current_path(Before);
     std::error_code ignored;
     fs::remove_all(Folder, ignored);
+}
+
+std::string TesselTest::At(const std::string& name) const {
+    return Folder + WithSeparators("/" + name, "/", '/', FolderSeparator());
 }
 
 std::string TesselTest::Write(const std::string& name, const images::Bytes& bytes) const {
@@ -85,7 +83,7 @@ std::string TesselTest::Tree(const std::string& below) const {
     std::vector<std::string> paths;
     for (const auto& entry : fs::recursive_directory_iterator(At(below))) {
         const char* mark = entry.is_symlink() ? "@\n" : entry.is_directory() ? "/\n" : "\n";
-        paths.push_back(entry.path().lexically_relative(At(below)).string() + mark);
+        paths.push_back(entry.path().lexically_relative(At(below)).generic_string() + mark);
     }
     std::sort(paths.begin(), paths.end());
     std::string tree;
@@ -116,18 +114,12 @@ void WindowTest::Restart() {
     Window = std::make_unique<Script>(Out, Out, Settings);
 }
 
-static std::string Replaced(std::string text, const std::string& what, const std::string& by) {
-    for (std::size_t at = 0; (at = text.find(what, at)) != text.npos; at += by.size()) {
-        text.replace(at, what.size(), by);
-    }
-    return text;
-}
-
 std::string WindowTest::Run(const std::string& script) {
-    std::istringstream lines(Replaced(script, "@", Folder));
+    const char host = FolderSeparator();
+    std::istringstream lines(Replaced(WithSeparators(script, "@", '/', host), "@", Folder));
     std::ostringstream before(std::exchange(Out, std::ostringstream()));
     Window->Run(lines);
-    std::string printed = Replaced(Out.str(), Folder, "@");
+    std::string printed = WithSeparators(Replaced(Out.str(), Folder, "@"), "@", host, '/');
     Out = std::move(before);  // the output of an outer script that is processing events
     return printed;
 }

@@ -5,16 +5,13 @@
 #include <filesystem>
 
 #include "drive/script.h"
+#include "tests/hostTools.h"
 #include "tests/imageBuilder.h"
 
 namespace tessel {
 
 using images::Image;
 using images::Layout;
-
-/// Makes reads of the file at `path` fail like a bad medium's from byte `from` to before `to`.
-void FailReads(const std::string& path, std::size_t from, std::size_t to = 1 << 30);
-void StopFailingReads();
 
 /// A test in a temporary folder, which is the current one, with all global state as at program
 /// start.
@@ -23,8 +20,8 @@ class TesselTest : public ::testing::Test {
     TesselTest();
     ~TesselTest() override;
 
-    /// The path of a name in the test's folder.
-    std::string At(const std::string& name) const { return Folder + "/" + name; }
+    /// The path of a name in the test's folder, with the host's separators.
+    std::string At(const std::string& name) const;
     std::string Write(const std::string& name, const images::Bytes& bytes) const;
     std::string Write(const std::string& name, const std::string& text) const;
     /// The content of a file in the test's folder.

@@ -57,6 +57,7 @@ TEST_F(WindowTest, StopEndsSaveDirectory) {
                         {10, Told("out/disk/README+ out/disk/BIG.BIN-", 2, 1, 1), 512}};
     Open(SampleImage());
     for (const Row& row : rows) {
+        fs::current_path(Folder);  // a current folder may be kept from going
         fs::remove_all(At("out"));
         fs::create_directory(At("out"));
         EXPECT_EQ(Run("stop-at " + std::to_string(row.Turn) +

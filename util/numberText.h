@@ -32,8 +32,8 @@ Long ParseNumber(std::string& text);
 /// `name`, a file name without a folder, up to its last ".".
 std::string StripExtension(const std::string& name);
 
-/// A size in bytes as text, such as "1.6 GB". Units are powers of 1024; from 1 KB on there is one
-/// decimal, rounded up so that a size just above a limit does not look equal to it.
+/// A size in bytes as text, such as "1.6 GB". Units are powers of 1024; from 1 KB on the number has
+/// at most one decimal, rounded up so that a size just above a limit does not look equal to it.
 std::string SizeText(std::int64_t bytes);
 
 /// `text` without leading and trailing blanks (character 32).

@@ -18,7 +18,7 @@ struct Geometry {
     Long SectorsPerTrack;
 };
 
-/// The floppy formats by image length; the last row stands for every other length.
+/// The floppy formats by image length; the last row applies to all other lengths.
 constexpr std::array kGeometries = {
     Geometry{0, 80, 2, 36},       Geometry{163840, 40, 1, 8},   Geometry{184320, 40, 1, 9},
     Geometry{327680, 40, 2, 8},   Geometry{368640, 40, 2, 9},   Geometry{737280, 80, 2, 9},
@@ -43,7 +43,7 @@ Integer CheckedInteger(Long value) {
     return static_cast<Integer>(value);
 }
 
-/// Sets a layout field, or leaves it as it was when its value cannot be worked out.
+/// Sets a layout field, or leaves it unchanged when computing its value raises an error.
 template <class Field, class Value>
 void Derive(Field& field, const Value& value) {
     try {
@@ -104,7 +104,7 @@ void ParseBootSector() {
     drive.TotalSectors = b.SmallSectors != 0 ? b.SmallSectors : b.LargeSectors;
 
     const Long fats = b.SectorsPerFat * b.NumberOfFats;
-    // All sectors of the volume count, and the root directory in whole sectors of 512 bytes.
+    // Of all sectors, the reserved ones and the FATs included; see ClusterCount.
     Derive(drive.ClusterCount, [&] { return Quotient(drive.TotalSectors, b.SectorsPerCluster); });
     drive.Fat0Sector = b.ReservedSectors;
     drive.Fat1Sector = b.ReservedSectors + b.SectorsPerFat;

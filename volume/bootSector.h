@@ -3,34 +3,35 @@
 #include "platform/controls.h"
 #include "platform/runtimeError.h"
 
-/// Bringing a volume up: geometry, boot sector, layout, FAT type.
+/// Mounting a volume: geometry, boot sector, layout, FAT type.
 namespace tessel {
 
-/// From this many clusters on a volume is FAT16, and from that many on FAT32.
+/// The smallest cluster counts of a FAT16 and of a FAT32 volume.
 inline constexpr Long kFirstFat16Count = 4080;
 inline constexpr Long kFirstFat32Count = 65520;
 
 /// Sets tracks, heads, sectors per track and both sector sizes of Drives[slot] from the length of
-/// the file open under that slot's number. Slot 0 to 3; raises 9 for another, 52 when not open.
+/// the file that is open under the slot's file number. Raises 9 for a slot other than 0 to 3, 52
+/// when the file is not open.
 void SetDriveGeometry(Integer slot);
 
-/// Reads sector 0 of the volume into BootSectorBytes, which stays as it was when the read fails;
-/// that gives false.
+/// Reads sector 0 of the volume into BootSectorBytes. Returns false, and leaves it unchanged, when
+/// the read fails.
 bool ReadBootSector();
 
-/// Fills BootSector from BootSectorBytes and derives the layout of Drives[1]. A layout field that
-/// cannot be worked out (a division by zero, a value too large) keeps the value that it had.
+/// Fills BootSector from BootSectorBytes and computes the layout of Drives[1]. A layout field that
+/// cannot be computed (division by zero, value too large) keeps its previous value.
 void ParseBootSector();
 
-/// Whether the bytes 55 AA stand at offset 510 of BootSectorBytes.
+/// Whether BootSectorBytes has the bytes 55 AA at offset 510.
 bool HasBootSignature();
 
-/// The type that a volume of so many clusters has: 12, 16 or 32.
+/// The FAT type of a volume with `clusterCount` clusters: 12, 16 or 32.
 Long FatTypeOf(Long clusterCount);
 
-/// Records the type (12, 16 or 32; anything else does nothing) and its end mark, and marks the
-/// system identifier label: black when the boot sector's text says the same, else blue with
-/// "Fat12", "Fat16" or "Fat32".
+/// Sets FatType to `bits` (12, 16 or 32; any other value does nothing) and FatEndMark to the type's
+/// end mark. Makes the system identifier label black when the boot sector names the same type;
+/// otherwise makes it blue and sets it to "Fat12", "Fat16" or "Fat32".
 void SetFatType(Long bits, Label& systemId);
 
 }  // namespace tessel

@@ -31,11 +31,11 @@ ClusterChain::ClusterChain(Long firstCluster) : PerCluster(ClusterBytes()) {
         Add(cluster);
         cluster = NextCluster(cluster);
     } while (cluster != FatEndMark && !visited[static_cast<std::size_t>(cluster)]);
-    // Clusters without bytes make no loop that anybody could go round.
+    // A loop of clusters without bytes has no content.
     if (cluster == FatEndMark || PerCluster == 0) return;
 
-    // The chain comes back to a cluster that it holds: the run there is cut in two, so that the
-    // loop begins with a run.
+    // The chain returns to one of its clusters: split the run there, so that the loop begins at the
+    // start of a run.
     for (std::size_t i = 0; i < ChainRuns.size(); ++i) {
         ClusterRun& run = ChainRuns[i];
         if (cluster < run.Cluster || cluster >= run.Cluster + run.Count) continue;

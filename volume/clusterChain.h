@@ -10,39 +10,40 @@
 
 namespace tessel {
 
-/// Clusters that follow one another on the disk and in a chain.
+/// A run of clusters that are contiguous on the disk and in a chain.
 struct ClusterRun {
-    Long Cluster = 0;        ///< the first one
-    Long Count = 0;          ///< how many
-    std::int64_t Start = 0;  ///< bytes of the chain in front of it
+    Long Cluster = 0;        ///< the first cluster
+    Long Count = 0;          ///< number of clusters
+    std::int64_t Start = 0;  ///< its offset in the chain, bytes
 };
 
-/// The clusters of a chain in order, as the first FAT tells them. The first cluster always belongs
-/// to it, and so does the one behind which the walk stops. It takes memory by the run, and at most
-/// by the cluster of the volume: a chain that loops is held once, with the place it returns to.
+/// The clusters of a chain in order, as linked in the first FAT. The first cluster always belongs
+/// to the chain, and so does every cluster that NextCluster returns before FatEndMark. The chain is
+/// stored as runs; a chain that loops is stored once, with the offset that it returns to.
 class ClusterChain {
   public:
-    /// Follows the chain from `firstCluster` through the FAT in memory.
+    /// Follows the chain from `firstCluster` through Fat0Bytes. Raises 9 for a cluster that is not
+    /// a 16-bit number.
     explicit ClusterChain(Long firstCluster);
 
-    /// Bytes of a cluster when the chain was walked; 0 on a volume whose clusters have no sectors.
+    /// Bytes per cluster; 0 on a volume with 0 sectors per cluster.
     std::int64_t BytesPerCluster() const { return PerCluster; }
-    /// Bytes of all clusters once around.
+    /// Bytes of all different clusters of the chain.
     std::int64_t DistinctBytes() const { return Distinct; }
-    /// Where a chain that loops goes on behind its last cluster: bytes from its beginning.
+    /// For a chain that loops, the offset that it returns to after its last cluster, in bytes.
     std::optional<std::int64_t> LoopTarget() const { return LoopStart; }
-    /// The runs, once around. A run never crosses cluster 10000, where dump heads grow a digit,
-    /// nor the place that a loop returns to.
+    /// The runs, those of a loop once. A run is split at cluster 10000, where the line heads of a
+    /// dump grow by a digit, and at the cluster that a loop returns to.
     const std::vector<ClusterRun>& Runs() const { return ChainRuns; }
 
-    /// A place in the chain, `offset` bytes from its beginning: its cluster, the bytes into it, and
-    /// the bytes from there on that lie together on the disk.
+    /// Bytes of the chain that are contiguous on the disk.
     struct Extent {
-        Long Cluster;
-        std::int64_t InCluster;
-        std::int64_t Length;
+        Long Cluster;            ///< the cluster of the first byte
+        std::int64_t InCluster;  ///< the offset of the first byte in its cluster
+        std::int64_t Length;     ///< bytes
     };
-    /// `offset` is 0 or more; below DistinctBytes when the chain does not loop.
+    /// The extent that begins `offset` bytes into the chain. `offset` is 0 or more, and less than
+    /// DistinctBytes when the chain does not loop.
     Extent ExtentAt(std::int64_t offset) const;
 
   private:
@@ -54,14 +55,14 @@ class ClusterChain {
     std::optional<std::int64_t> LoopStart;
 };
 
-/// How many bytes of its chain the content of directory row `row` is: a file's size, as far as the
-/// chain goes; for a directory, or a file whose size is negative, the whole chain. A chain that
-/// loops has no end of its own; where no size cuts it, it ends after as many clusters as the volume
-/// has.
+/// The bytes of `chain` that are the content of directory row `row`: for a file its size, at most
+/// the length of the chain; for a directory, or a file with a negative size, the whole chain. A
+/// chain that loops counts as endless for a file with a size, and otherwise as long as the volume
+/// has clusters.
 std::int64_t ContentLength(Long row, const ClusterChain& chain);
 
-/// Reads bytes of a chain into `bytes`, from `offset` on, as far as the image gives them; returns
-/// how many are good, and leaves the rest 0. Raises nothing.
+/// Reads bytes of a chain into `bytes`, from `offset` on, up to the first that cannot be read;
+/// returns their number and fills the rest with 0. Raises nothing.
 std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<Byte> bytes);
 
 enum class WalkEnd { kDone, kStopped, kReadFailed };
@@ -72,7 +73,7 @@ enum class WalkEnd { kDone, kStopped, kReadFailed };
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take);
 
-/// Raises the error with which reading the chain at `offset` fails.
+/// Raises the error of reading the chain at `offset`, 57 when that no longer fails.
 [[noreturn]] void RaiseReadError(const ClusterChain& chain, std::int64_t offset);
 
 }  // namespace tessel

@@ -19,7 +19,7 @@ Long DirEntryCount = 0;
 
 namespace {
 
-/// Entries of one read: 64 sectors' worth.
+/// Entries per read: those of 64 sectors.
 constexpr Long kEntriesPerRead = 64 * entry::kPerSector;
 
 KeptText LongNamePart(ByteBuffer bytes) {
@@ -36,7 +36,7 @@ bool HasLongNameAttributes(const DirEntry& e) {
     return (e.Attributes & attribute::kLongName) == attribute::kLongName;
 }
 
-/// The row of an entry's 32 bytes.
+/// Decodes the 32 bytes of an entry.
 DirEntry Decode(ByteBuffer bytes) {
     const auto byte = [bytes](Integer at) { return static_cast<Byte>(GetByte(bytes, at)); };
     const auto word = [bytes](Integer at) { return static_cast<Word>(GetWord(bytes, at)); };
@@ -64,7 +64,7 @@ DirEntry Decode(ByteBuffer bytes) {
     return e;
 }
 
-/// Fills the next row; false when the table is full.
+/// Adds a row; returns false when the table is full.
 bool AddRow(DirEntry e) {
     if (!DirEntries.Grow(DirEntryCount)) return false;
     DirEntries(DirEntryCount) = std::move(e);
@@ -72,17 +72,18 @@ bool AddRow(DirEntry e) {
     return true;
 }
 
-/// Where entry `index` of a directory's cluster (0: the root) lies in the image.
+/// The offset in the image file of entry `index` of a directory cluster (0 for the root directory).
 std::int64_t EntryOffset(Long cluster, Long index) {
     const std::int64_t inArea = std::int64_t{index} * entry::kBytes;
     if (cluster != 0) return ClusterOffset(cluster, inArea);
     return std::int64_t{PartitionOffset} + SectorToAddress(Drives[1].RootDirSector) + inArea;
 }
 
-/// Entries that lie together in a directory's cluster (0: the root), read ahead.
+/// Consecutive entries of a directory cluster (0 for the root directory), read ahead.
 class EntryBlock {
   public:
-    /// The bytes of an entry. Raises 6 or 57 when it cannot be read.
+    /// Returns the bytes of an entry, valid until the next call. Raises 6 or 57 when it cannot be
+    /// read.
     ByteBuffer Entry(Long cluster, Long index) {
         const std::int64_t offset = EntryOffset(cluster, index);
         if (!Holds(offset)) Read(offset, EntriesIn(cluster) - index);
@@ -113,7 +114,7 @@ EntryBlock ReadAhead;
 }  // namespace
 
 DirEntryTable::DirEntryTable() {
-    // Room that is not used takes no memory, and rows that never move take no time.
+    // Reserved memory that is not touched costs nothing, and rows are never moved.
     Table.reserve(kMostRows);
     Clear();
 }
@@ -176,7 +177,7 @@ void LoadSubDirectory(Long cluster) {
                 if (!ReadDirEntry(visited, index)) break;
             }
         } catch (const RuntimeError& error) {
-            // An end mark such as FFF8 is visited like a cluster, and may lie past every address.
+            // The last cluster may be an end mark such as FFF8, whose address overflows.
             if (error.Number != kOverflow || n == 0 || visited < Drives[1].ClusterCount) throw;
         }
     }
@@ -187,7 +188,7 @@ bool ReadDirEntry(Long cluster, Long index) {
 }
 
 void AttachLongNames() {
-    // The parts of the name so far, in the order in which they stand on the disk: last part first.
+    // The rows of the parts found so far, in disk order: the last part of the name comes first.
     std::vector<Long> parts;
     std::u16string name;
     for (Long row = 0; row < DirEntries.Rows() && DirEntries(row).InUse; ++row) {

@@ -9,10 +9,10 @@
 
 #include "platform/runtimeError.h"
 
-/// The directory now loaded: one row for every 32-byte entry read, in on-disk order.
+/// The loaded directory: one row per 32-byte entry read, in disk order.
 namespace tessel {
 
-/// Text of exactly N characters, filled up with blanks.
+/// Text of exactly N characters, padded with blanks.
 template <std::size_t N>
 struct FixedText {
     FixedText() { Characters.fill(' '); }
@@ -21,8 +21,8 @@ struct FixedText {
     std::array<char, N> Characters;
 };
 
-/// Text in the table's memory, which ends when the table is cleared. It cannot be copied, and so
-/// neither can a row.
+/// Text in the table's memory, valid until the table is cleared. It cannot be copied, so that no
+/// row is copied and outlives its name.
 struct KeptText : std::u16string_view {
     KeptText() = default;
     explicit KeptText(std::u16string_view text) : std::u16string_view(text) {}
@@ -30,8 +30,8 @@ struct KeptText : std::u16string_view {
     KeptText& operator=(KeptText&&) = default;
 };
 
-/// The decoded entry. Names keep their trailing blanks; numbers are as on the disk, in fields no
-/// wider than theirs, because a directory has up to 65536 rows.
+/// A decoded entry. Names keep their trailing blanks; numbers are as on the disk and no wider,
+/// because a directory has up to 65536 rows.
 struct DirEntry {
     FixedText<8> Name{};
     FixedText<3> Ext{};
@@ -47,13 +47,13 @@ struct DirEntry {
     Word StartCluster = 0;
     Long FileSize = 0;     ///< bytes; signed on the disk
     Byte LfnSequence = 0;  ///< long-name rows: the sequence byte
-    KeptText LongName{};   ///< long-name rows: their part; files and directories: all of it
-    bool InUse = false;    ///< first byte not 0: the directory goes on
+    KeptText LongName{};   ///< long-name rows: their part of it; files and directories: all of it
+    bool InUse = false;    ///< first byte is not 0: not the end of the directory
     bool Deleted = false;
 };
 
-/// The rows. There are always 1024 of them at least, and at most as many as the format allows in
-/// one directory; a row number outside the table raises 9.
+/// The rows of the loaded directory: from 1024, filled or not, to the format's limit of 65536. A
+/// row number outside the table raises 9.
 class DirEntryTable {
   public:
     static constexpr Long kFewestRows = 1024;
@@ -65,11 +65,12 @@ class DirEntryTable {
         return Table[static_cast<std::size_t>(row)];
     }
     Long Rows() const { return static_cast<Long>(Table.size()); }
-    /// Back to 1024 empty rows, and no long names kept.
+    /// Resets the table to 1024 empty rows and releases the memory of all long names.
     void Clear();
-    /// Makes room for row `row`; false when the table may not grow so far.
+    /// Enlarges the table to contain `row`, which is at most Rows(). Returns false when that
+    /// exceeds the limit.
     bool Grow(Long row);
-    /// A copy of `text` that lasts until the table is cleared.
+    /// Returns a copy of `text`, valid until the table is cleared.
     KeptText Keep(std::u16string_view text);
 
   private:
@@ -78,34 +79,35 @@ class DirEntryTable {
 };
 
 extern DirEntryTable DirEntries;
-extern Long DirEntryCount;  ///< rows filled
+extern Long DirEntryCount;  ///< number of filled rows
 
 bool IsDeleted(Long row);
-/// Attributes equal 8 exactly: no other bit, and a reserved byte of 0.
+/// Whether Attributes is exactly 8: no other bit set, and a reserved byte of 0.
 bool IsVolumeLabel(Long row);
 bool IsDirectory(Long row);
 bool IsLongName(Long row);
-/// None of volume label, directory and long name.
+/// Whether the row is none of volume label, directory and long name.
 bool IsFile(Long row);
 
-/// Empties the table, and forgets what was read ahead of it.
+/// Clears the table and the read-ahead buffer.
 void ClearDirEntries();
-/// Adds a row "." for the root itself and then the root directory's entries, up to and with the
-/// first whose InUse is false.
+/// Adds a row "." for the root itself and then the entries of the root directory, up to and
+/// including the first that is not InUse. Raises 6 or 57 when an entry cannot be read; the rows
+/// before it stay.
 void LoadRootDirectory();
-/// Adds the entries of a sub-directory's chain, of each cluster up to and with the first whose
-/// InUse is false. Ends at a full table, and after as many clusters as the volume has. Raises 9 for
-/// a cluster that is no 16-bit number.
+/// Adds the entries of the chain of a sub-directory: of each cluster those up to and including the
+/// first that is not InUse. Ends when the table is full, and after as many clusters as the volume
+/// has. Raises 9 for a cluster that is not a 16-bit number, and as LoadRootDirectory does.
 void LoadSubDirectory(Long cluster);
-/// Adds entry `index` of a directory's cluster (0: of the root) as a row; returns its InUse, false
-/// also when the table is full. Reads ahead within the cluster. Raises 6 or 57 when the entry
-/// cannot be read.
+/// Adds entry `index` of a directory cluster (0 for the root directory) as a row. Returns whether
+/// it is InUse, and false when the table is full. Reads ahead within the cluster. Raises 6 or 57
+/// when the entry cannot be read.
 bool ReadDirEntry(Long cluster, Long index);
-/// Gives each file and directory row the long name that the long-name rows in front of it make.
+/// Sets LongName of each file and directory row from the long-name rows before it.
 void AttachLongNames();
-/// How many files that are not deleted stand in front of the end of the directory.
+/// The number of files that are not deleted, up to the end of the directory.
 Long CountFiles();
-/// The short name as NAME.EXT, or NAME alone when the extension is blank.
+/// The short name as NAME.EXT, or NAME when the extension is blank.
 std::string EntryFileName(Long row);
 /// The long name in UTF-8; "" when the row has none.
 std::string LongNameText(Long row);

@@ -8,16 +8,16 @@ namespace tessel {
 namespace {
 
 constexpr std::int64_t kLineBytes = 16;
-/// "CCCC-OOOOOOOO (" and "-OOOOOOO)" around the cluster's decimal digits.
+/// "CCCC-OOOOOOOO (" and "-OOOOOOO)", before and after the decimal digits of the cluster.
 constexpr std::int64_t kHeadWithoutDecimal = 4 + 1 + 8 + 2 + 1 + 7 + 1;
-/// " HH" sixteen times, a blank, the characters, CR LF.
+/// " HH" 16 times, a blank, 16 characters, CR LF.
 constexpr std::int64_t kBody = 3 * kLineBytes + 1 + kLineBytes + 2;
 constexpr std::int64_t kBytesAtOnce = std::int64_t{64} * 1024;
 
 std::int64_t HeadLength(Long cluster) { return kHeadWithoutDecimal + (cluster < 10000 ? 4 : 5); }
 
-/// " HH " for every byte value, and the character of every byte value. A dump that works its digits
-/// out one by one instead, and every line's head anew, takes 2.6 times as long.
+/// " HH " and the character for each byte value. A dump that computes each digit, and each line
+/// head from the start, takes 2.6 times as long.
 constexpr auto kByteCells = [] {
     std::array<std::array<char, 4>, 256> cells{};
     constexpr char digits[] = "0123456789ABCDEF";
@@ -43,8 +43,8 @@ void PutDecimal(char* to, std::uint32_t value, int digits) {
     for (int i = digits; i-- > 0; value /= 10) to[i] = static_cast<char>('0' + value % 10);
 }
 
-/// What stands in front of the lines of one cluster, "CCCC-OOOOOOOO (DDDD-OOOOOOO)". From line to
-/// line only the offset changes.
+/// The head of the lines of one cluster, "CCCC-OOOOOOOO (DDDD-OOOOOOO)". Only the offset changes
+/// from line to line.
 class LineHead {
   public:
     explicit LineHead(Long cluster) {
@@ -59,11 +59,11 @@ class LineHead {
         Text[Length - 1] = ')';
     }
 
-    /// Puts the head with an offset down; room for kRoom characters is used, Length count.
+    /// Writes the head with `offset` to `to` and returns its end. Overwrites kRoom characters.
     char* Put(char* to, std::int64_t offset) const {
         const auto within = static_cast<std::uint32_t>(offset);
-        // The digits go into the copy: a processor waits when it reads at once, and in larger
-        // pieces, what it has just written.
+        // The digits are written to the copy: writing them to Text and then copying it would stall
+        // on store forwarding.
         std::memcpy(to, Text.data(), kRoom);
         PutHex4(PutHex4(to + 5, within >> 16), within);
         PutDecimal(to + Length - 8, within, 7);
@@ -77,7 +77,8 @@ class LineHead {
     std::size_t Length;
 };
 
-/// Room for one character more than the cells need is used: a cell is put down four at a time.
+/// Writes the cells to `to` and returns their end. Overwrites one character more, because a cell is
+/// copied as four characters.
 char* PutCells(char* to, std::span<const Byte> bytes) {
     for (const Byte byte : bytes) {
         std::memcpy(to, kByteCells[byte].data(), 4);
@@ -86,7 +87,7 @@ char* PutCells(char* to, std::span<const Byte> bytes) {
     return to;
 }
 
-/// A whole line behind its head. The fixed length lets the compiler lay the loops out flat.
+/// Writes a full line without its head. The fixed length lets the compiler unroll the loops.
 char* PutBody(char* to, std::span<const Byte, kLineBytes> bytes) {
     for (std::size_t i = 0; i < kLineBytes; ++i) {
         std::memcpy(to + 3 * i, kByteCells[bytes[i]].data(), 4);
@@ -150,7 +151,7 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
                            std::string& out) const {
     constexpr std::size_t kLongestLine = 96;
     constexpr std::size_t kLinesAtOnce = 64;
-    // More room than the lines need: heads and cells are put down larger than they are.
+    // Larger than the lines: the functions above overwrite characters past the end.
     std::array<char, kLinesAtOnce * kLongestLine + LineHead::kRoom> lines;
     char* to = lines.data();
     std::size_t held = 0;

@@ -11,41 +11,41 @@
 
 namespace tessel {
 
-/// The text of a chain's bytes as a hexadecimal dump, 16 bytes a line, without holding it. Lines
-/// are as long as their cluster's number makes them, so every place is worked out.
+/// Generates the hexadecimal dump of a chain, 16 bytes per line, on request. The length of a line
+/// depends on the digits of its cluster's number, so offsets are computed run by run.
 class DumpText {
   public:
     explicit DumpText(ClusterChain chain);
 
     const ClusterChain& Chain() const { return Source; }
 
-    /// Length of the text of the chain's first `bytes` bytes. A line that is not full ends behind
-    /// its last byte value.
+    /// The length of the text of the chain's first `bytes` bytes. A partial line ends after its
+    /// last byte value.
     std::int64_t SizeOf(std::int64_t bytes) const;
-    /// Where the line of byte `byte`, a multiple of 16, begins in the text.
+    /// The text offset of the line that begins with byte `byte`, a multiple of 16.
     TextOffset TextOf(std::int64_t byte) const;
-    /// The first byte of the line that holds the text at `at`.
+    /// The first byte of the line that contains the text offset `at`.
     std::int64_t ByteOf(TextOffset at) const;
-    /// Appends `count` bytes of the text from `at` on, of which the first `bytes` bytes of the
-    /// chain are told.
+    /// Appends `count` bytes, from `at` on, of the text of the chain's first `bytes` bytes. Bytes
+    /// of the chain that cannot be read count as 0.
     void Read(std::int64_t bytes, TextOffset at, std::size_t count, std::string& out) const;
 
   private:
     struct Segment {
-        std::int64_t Byte;  // of the chain
-        TextOffset Text;    // of its line
+        std::int64_t Byte;  // offset of its first byte in the chain
+        TextOffset Text;    // offset of its first line in the text
         std::int64_t Line;  // length of each of its lines
     };
     void AppendLines(std::int64_t first, std::span<const Byte> bytes, std::string& out) const;
 
     ClusterChain Source;
-    std::vector<Segment> Segments;  // one a run
-    TextOffset DistinctText = 0;    // text of the chain once around
-    TextOffset LoopText = 0;        // where the text of a loop begins
+    std::vector<Segment> Segments;  // one per run
+    TextOffset DistinctText = 0;    // length of the text of all runs
+    TextOffset LoopText = 0;        // text offset that a loop returns to
 };
 
-/// The dump of a chain as a piece of a display that grows: `bytes`, shared with the view that reads
-/// the chain, says how much of it there is by now.
+/// Returns the dump of a chain as a piece of a display, with a size of 0. `bytes` is the part of
+/// the chain that is shown; the view increases it together with the size of the piece.
 GeneratedText DumpPiece(const std::shared_ptr<const DumpText>& text,
                         const std::shared_ptr<const std::int64_t>& bytes);
 

@@ -17,7 +17,7 @@ Long WholeFatEntries(ByteBuffer fat, Long bits) {
     const auto bytes = static_cast<std::int64_t>(fat.size());
     if (bits == 16) return CheckedLong(bytes / 2);
     if (bytes < 2) return 0;
-    // Entry c is a word at 3c/2: the last one is the last whose word ends inside the FAT.
+    // Entry c is part of the word at 3c/2, which must end inside the FAT.
     const std::int64_t lastWord = bytes - 2;
     return CheckedLong(lastWord / 3 * 2 + (lastWord % 3 > 0 ? 2 : 1));
 }

@@ -10,13 +10,13 @@
 namespace tessel {
 namespace {
 
-/// Where `sector` begins in the image file, in sectors of the boot sector's size.
+/// The offset of `sector` in the image file, in sectors of BytesPerSector bytes.
 std::int64_t AreaOffset(Long sector) {
     const Long inVolume = CheckedLong(std::int64_t{sector} * BootSector.BytesPerSector);
     return CheckedLong(std::int64_t{PartitionOffset} + inVolume);
 }
 
-/// More than any FAT of 12 or 16 bits an entry needs, whatever a boot sector tells.
+/// The largest FAT with 12-bit or 16-bit entries, whatever the boot sector says.
 constexpr std::int64_t kLongestFat = std::int64_t{65536} * 2;
 
 void ReadFat(std::vector<Byte>& fat, Long sector) {
@@ -24,7 +24,7 @@ void ReadFat(std::vector<Byte>& fat, Long sector) {
     const std::int64_t offset = AreaOffset(sector);
     const Long told =
         CheckedLong(std::int64_t{BootSector.BytesPerSector} * BootSector.SectorsPerFat);
-    // The image may hold less than the boot sector tells, and memory is only taken for what it has.
+    // The image may be shorter than the boot sector says: memory is allocated only for its bytes.
     const std::int64_t held = FileLength(kImageFile) - offset;
     const std::int64_t wanted = std::min<std::int64_t>(told, kLongestFat);
     fat.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(held, 0, wanted)));
@@ -73,7 +73,7 @@ void ReadRootDirectory() {
 void RaiseReadError(std::int64_t offset) {
     Byte byte = 0;
     ReadFile(kImageFile, offset, {&byte, 1});
-    Raise(kDeviceIoError);  // it failed before, and now it does not
+    Raise(kDeviceIoError);  // the second read succeeded
 }
 
 Long ClusterToSector(Long cluster) {

@@ -5,34 +5,36 @@
 
 #include "platform/runtimeError.h"
 
-/// Every byte of the image comes through here: a sector of the volume becomes a byte offset, the
-/// partition offset is added, and the bytes are read from the image file. Nothing is ever written.
+/// All reads of the image: a sector of the volume is converted to a byte offset, the partition
+/// offset is added, and the bytes are read from the image file. Nothing is ever written.
 namespace tessel {
 
-/// The byte offset of a sector from the start of the volume; fills DiskAddress (the low byte of
-/// each value; zeros when sectors per track or heads is 0). Raises 6 past 32 bits, from sector
-/// 4194304 on.
+/// Returns the byte offset of a sector from the start of the volume, and fills DiskAddress (with
+/// the low byte of each value; with zeros when sectors per track or heads is 0). Raises 6 from
+/// sector 4194304 on, whose offset does not fit 32 bits.
 Long SectorToAddress(Long sector);
-/// Reads 512 bytes into SectorBuffer. False when the read fails; no message.
+/// Reads the 512 bytes of a sector into SectorBuffer. Returns false, without a message, when the
+/// read fails.
 bool ReadSector(Long sector);
 
-/// Read an area whole into Fat0Bytes, Fat1Bytes or RootDirBytes, whose former content is dropped.
-/// Sectors count BytesPerSector bytes here. A FAT is held as far as the image file and its medium
-/// give it, and no further than its largest cluster number needs (128 KiB), the root directory in
-/// full with zeros for what is missing. Raise 6 past 32 bits, 57 when the medium fails, behind what
-/// could be read.
+/// Each reads one area into Fat0Bytes, Fat1Bytes or RootDirBytes and replaces the previous content.
+/// Sectors have BytesPerSector bytes here. A FAT is read as far as the image file goes, and not
+/// beyond the 128 KiB that the largest cluster number needs; the root directory is read in full,
+/// with zeros past the end of the image. Raise 6 when an offset does not fit 32 bits, 57 when the
+/// medium fails; the bytes before the bad one are kept.
 void ReadFat0();
 void ReadFat1();
 void ReadRootDirectory();
 
-/// Raises the error of a read of the image that has failed at `offset`: what reading there again
-/// raises, or 57 when it fails no longer.
+/// Raises the error of a failed read at `offset` of the image file: the error of reading there
+/// again, or 57 when that succeeds.
 [[noreturn]] void RaiseReadError(std::int64_t offset);
 
-/// The first sector of a cluster. Clusters 0 and 1 give sectors in front of the data area.
+/// Returns the first sector of a cluster. Clusters 0 and 1 give sectors before the data area.
 Long ClusterToSector(Long cluster);
 
-/// Where a byte lies in the image file: `k` bytes behind the start of a cluster. Raises 6.
+/// Returns the offset in the image file of byte `k` of a cluster. Raises 6 when it is not 0 to
+/// kLastFileOffset.
 std::int64_t ClusterOffset(Long cluster, std::int64_t k);
 
 }  // namespace tessel

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The open volume, gathered.
+/// Includes the headers of the open volume.
 #include "volume/bootSector.h"    // IWYU pragma: export
 #include "volume/contentViews.h"  // IWYU pragma: export
 #include "volume/directory.h"     // IWYU pragma: export

@@ -2,11 +2,11 @@
 
 #include "platform/runtimeError.h"
 
-/// The on-disk layouts: byte offsets, all numbers little-endian.
+/// The on-disk layouts as byte offsets; all numbers are little-endian.
 namespace tessel {
 
-/// Single sectors, directory entries and file data are addressed in sectors of this size, whatever
-/// the boot sector says.
+/// The sector size for the boot sector, directory entries and file data, whatever the boot sector
+/// says.
 inline constexpr Long kSectorBytes = 512;
 
 /// The boot sector, 512 bytes.

@@ -12,11 +12,11 @@ constexpr std::int64_t kBlockBytes = std::int64_t{8} * 1024;
 constexpr std::int64_t kBracketed = 4;  // "<HH>"
 
 struct Counts {
-    std::size_t Plain = 0;  // bytes that are one character
+    std::size_t Plain = 0;  // bytes shown as one character
     std::size_t Breaks = 0;
 };
 
-/// Counts in runs short enough for byte-wide sums, which the compiler turns into wide instructions.
+/// Counts in blocks that are short enough for 8-bit sums, so that the compiler can vectorise.
 Counts CountBytes(std::span<const Byte> bytes) {
     Counts counts;
     constexpr std::size_t kRun = 128;
@@ -33,7 +33,7 @@ Counts CountBytes(std::span<const Byte> bytes) {
         counts.Plain += plain;
         counts.Breaks += breaks;
     }
-    // A pair is one break.
+    // A CR LF is one line break.
     const Byte* const at = bytes.data();
     for (std::size_t start = 0; start + 1 < bytes.size(); start += kRun) {
         const std::size_t end = std::min(start + kRun, bytes.size() - 1);
@@ -76,7 +76,7 @@ void PlainText::Add(std::span<const Byte> bytes) {
 }
 
 void PlainText::AddWithinBlock(std::span<const Byte> bytes) {
-    // The CR that closed the text so far turns out to be the first half of a pair.
+    // The CR at the end of the previous bytes is the first half of a CR LF.
     if (AfterCr && bytes.front() == '\n') --Breaks;
     if (Bytes % kBlockBytes == 0) Marks.push_back({TextSize, Breaks});
     const Counts counts = CountBytes(bytes);
@@ -105,7 +105,7 @@ std::string PlainText::BlockText(std::size_t block) const {
     char* to = text.data();
     for (const Byte byte : held) {
         const Shown& shown = ShownBytes()[byte];
-        // Four characters at a time, of which the next byte overwrites what is too much.
+        // Always copies four characters; the next byte overwrites the extra ones.
         std::copy(shown.Text.begin(), shown.Text.end(), to);
         to += shown.Length;
     }
@@ -130,8 +130,8 @@ std::int64_t PlainText::BreaksUpTo(TextOffset at) const {
 }
 
 TextOffset PlainText::AfterBreak(std::int64_t n) const {
-    // The last block in front of which fewer breaks end: a pair cut by a block's end lies in the
-    // second one.
+    // The last block with fewer than n breaks before it. A CR LF that is split by the end of a
+    // block counts in the second one.
     const auto behind =
         std::lower_bound(Marks.begin(), Marks.end(), n,
                          [](const Mark& mark, std::int64_t value) { return mark.Breaks < value; });

@@ -11,42 +11,43 @@
 
 namespace tessel {
 
-/// The text of a chain's bytes shown as text, without holding it: a byte is one character, or its
-/// value in angle brackets, four. Every 8 KiB of the chain it keeps where the text stands there.
+/// Generates the text view of a chain on request: each byte is one character, or four for its value
+/// in angle brackets. Stores the text offset of every 8 KiB block of the chain.
 class PlainText {
   public:
     explicit PlainText(ClusterChain chain) : Source(std::move(chain)) {}
 
     const ClusterChain& Chain() const { return Source; }
-    /// Takes note of the chain's next bytes.
+    /// Extends the text by the next bytes of the chain.
     void Add(std::span<const Byte> bytes);
 
     std::int64_t Size() const { return TextSize; }
     std::int64_t LineBreaks() const { return Breaks; }
     std::int64_t BreaksUpTo(TextOffset at) const;
     TextOffset AfterBreak(std::int64_t n) const;
-    /// Appends `count` bytes of the text from `at` on. Where the image has changed under it, the
-    /// text is cut, or filled up with blanks, to what it was.
+    /// Appends `count` bytes of the text from `at` on. If the image has changed meanwhile, the text
+    /// of a block is cut, or padded with blanks, to its previous length.
     void Read(TextOffset at, std::size_t count, std::string& out) const;
 
   private:
     struct Mark {
-        TextOffset Text;      // where the text of the block begins
-        std::int64_t Breaks;  // line breaks that end in front of it
+        TextOffset Text;      // text offset of the block
+        std::int64_t Breaks;  // line breaks that end before it
     };
     void AddWithinBlock(std::span<const Byte> bytes);
     std::size_t BlockAt(TextOffset at) const;
     std::string BlockText(std::size_t block) const;
 
     ClusterChain Source;
-    std::vector<Mark> Marks;  // one a block
+    std::vector<Mark> Marks;  // one per block
     std::int64_t Bytes = 0;
     std::int64_t TextSize = 0;
     std::int64_t Breaks = 0;
-    bool AfterCr = false;  // the last byte so far is a CR
+    bool AfterCr = false;  // the last byte is a CR
 };
 
-/// The text as a piece of a display; it grows as bytes are added to it.
+/// Returns the text as a piece of a display, with a size of 0. The view enlarges the piece after
+/// each Add.
 GeneratedText PlainPiece(const std::shared_ptr<const PlainText>& text);
 
 }  // namespace tessel

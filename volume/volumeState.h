@@ -8,8 +8,8 @@
 #include "util/byteFields.h"
 #include "volume/modGlobals.h"
 
-/// The program-wide state of the open image. It lives for the whole run, and the next Open
-/// overwrites it field by field; only the Open and Close commands write it.
+/// The program-wide state of the open image. Only the Open and Close commands write it; Open
+/// overwrites it field by field.
 namespace tessel {
 
 /// One image and its volume. Sector numbers count from the start of the volume.
@@ -17,21 +17,21 @@ struct DriveRecord {
     std::string ImagePath{};        ///< full path of the open image
     std::string ImageTitle{};       ///< its name without the folder
     Integer FileNumber = 0;         ///< number under which it is open; always 1
-    bool IsOpen = false;            ///< open, and not refused
-    Long SectorsPerTrack = 0;       ///< by the image's length, then the boot sector's
-    Long Tracks = 0;                ///< by the image's length
-    Integer Heads = 0;              ///< by the image's length, then the boot sector's
+    bool IsOpen = false;            ///< open, and its volume accepted
+    Long SectorsPerTrack = 0;       ///< from the image's length, then from the boot sector
+    Long Tracks = 0;                ///< from the image's length
+    Integer Heads = 0;              ///< from the image's length, then from the boot sector
     Integer SectorSize = 0;         ///< 512, then the boot sector's bytes per sector
     Integer LogicalSectorSize = 0;  ///< the same value
-    Long ClusterCount = 0;  ///< all sectors in clusters: decides the FAT type, bounds lookups
+    Long ClusterCount = 0;          ///< TotalSectors / SectorsPerCluster: decides the FAT type
     Long TotalSectors = 0;
     Long Fat0Sector = 0;
     Long Fat1Sector = 0;
     Long RootDirSector = 0;
-    Long DataSector = 0;  ///< where cluster 2 begins
+    Long DataSector = 0;  ///< the first sector of cluster 2
 };
 
-/// The boot sector's fields, in the order in which the program keeps them.
+/// The fields of the boot sector.
 struct BootSectorRecord {
     std::string OemId{};
     Long BootSignature = 0;
@@ -55,7 +55,7 @@ struct BootSectorRecord {
     std::string SystemId{};
 };
 
-/// The sector addressed last. Only ByteOffset steers a read.
+/// The sector addressed last. Reads use only ByteOffset.
 struct DiskAddressRecord {
     Byte Track = 0;
     Byte Head = 0;
@@ -64,7 +64,7 @@ struct DiskAddressRecord {
     Long ByteOffset = 0;  ///< from the start of the volume
 };
 
-/// Four slots, of which entry 1 holds the image.
+/// The drive slots 0 to 3. Slot 1 is the open image; the others are unused.
 extern std::array<DriveRecord, 4> Drives;
 extern BootSectorRecord BootSector;
 extern DiskAddressRecord DiskAddress;
@@ -75,7 +75,7 @@ extern std::vector<Byte> Fat0Bytes;            ///< the first FAT, as far as the
 extern std::vector<Byte> Fat1Bytes;            ///< the second FAT, likewise
 extern std::vector<Byte> RootDirBytes;         ///< the whole root directory
 
-extern Long PartitionOffset;  ///< where the volume begins in the image file, bytes
+extern Long PartitionOffset;  ///< offset of the volume in the image file, bytes
 extern Long FatType;          ///< 0 before the first image, then 12, 16 or 32
 extern Long FatEndMark;       ///< the FAT entry that ends a chain
 
@@ -84,8 +84,8 @@ inline constexpr int kImageFile = 1;
 /// The file number of a host file being written.
 inline constexpr int kTargetFile = 20;
 
-/// Puts every record of the volume, the directory table included, back to what it is at start-up,
-/// and closes all files.
+/// Resets all state of the volume, including the directory table, to its initial values, and closes
+/// all files.
 void ResetVolume();
 
 /// Bytes of one cluster: SectorsPerCluster sectors of 512 bytes.

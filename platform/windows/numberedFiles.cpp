@@ -30,7 +30,13 @@ HANDLE Create(int number, const std::string& path, DWORD access, DWORD dispositi
     HANDLE file = CreateFileW(WideText(path).c_str(), access,
                               access == GENERIC_READ ? kShare : FILE_SHARE_READ, nullptr,
                               disposition, flags, nullptr);
-    if (file == INVALID_HANDLE_VALUE) RaiseHostError(GetLastError());
+    if (file == INVALID_HANDLE_VALUE) {
+        const DWORD hostError = GetLastError();
+        const DWORD attributes = GetFileAttributesW(WideText(path).c_str());
+        const bool folder =
+            attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        RaiseHostError(folder ? ERROR_ACCESS_DENIED : hostError);
+    }
     // A pipe or a console has no positions to read at.
     if (GetFileType(file) != FILE_TYPE_DISK) {
         CloseHandle(file);
