@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "volume/modGlobals.h"
+#include "volume/saveTarget.h"
 
 namespace tessel {
 
@@ -66,6 +67,7 @@ formTessel::formTessel() {
     mnuFile = {"mnuFile", "File", Guarded(&formTessel::mnuFile_Click), FileEntries};
     mnuOptions = {"mnuOptions", "Options", Guarded(&formTessel::mnuOptions_Click), OptionsEntries};
 
+    CommonDialog1.Refusal = TargetRefusal;
     Form.Resize = Guarded(&formTessel::Form_Resize);
     Form.CloseBox = Guarded(&formTessel::Form_CloseBox);
     RunGuarded([this] { Form_Initialize(); });
@@ -77,26 +79,29 @@ std::function<void()> formTessel::Guarded(Handler handler) {
 
 void formTessel::RunGuarded(const std::function<void()>& handler) {
     const bool wasBusy = Busy;
-    const auto report = [this, wasBusy](const RuntimeError& error) {
+    const auto report = [this, wasBusy](const std::string& text) {
         if (Busy && !wasBusy) {
             SetBusy(false);
             EnableControls(VolumeOpen);
         }
-        TheHost.MessageBox(ErrorReport(error), "Error");
+        TheHost.MessageBox(text, "Error");
     };
-    try {
+    {
+        // Until the box of an error is closed, too.
         const struct Running {
             int& Count;
             explicit Running(int& count) : Count(count) { ++Count; }
             ~Running() { --Count; }
         } running(RunningHandlers);
-        handler();
-    } catch (const RuntimeError& error) {
-        report(error);
-    } catch (const std::bad_alloc&) {
-        report({kOutOfMemory, kProjectName, ErrorText(kOutOfMemory)});
-    } catch (const std::exception& error) {
-        report({kDeviceIoError, kProjectName, error.what()});
+        try {
+            handler();
+        } catch (const RuntimeError& error) {
+            report(ErrorReport(error));
+        } catch (const std::bad_alloc&) {
+            report(ErrorReport({kOutOfMemory, kProjectName, ErrorText(kOutOfMemory)}));
+        } catch (const std::exception& error) {
+            report(std::string("The command ended with an unexpected error.\r\n") + error.what());
+        }
     }
 
     // Close and Exit, chosen during a long operation, run when no handler uses the image any more.
@@ -148,7 +153,7 @@ void formTessel::mnuExit_Click() {
 void formTessel::cmdABORT_Click() {
     // While a view runs inside Save Display, STOP ends the view alone; a Save Display that was
     // started inside a view ends together with it.
-    if (SavingWithinView) StopSaving = true;
+    if (SavingText && (!Busy || SavingWithinView)) StopSaving = true;
     StopRequested = true;
 }
 
@@ -157,9 +162,15 @@ void formTessel::StopAll() { StopRequested = StopSaving = true; }
 void formTessel::SetBusy(bool flag) {
     Busy = flag;
     StopRequested = false;
+    if (!flag) WasBusy = true;
     TheHost.SetPointer(flag);
-    cmdABORT.Enabled = flag;
+    EnableStop();
     EnableControls(!flag);
+}
+
+void formTessel::EnableStop() {
+    // As designed, it is enabled until the busy state is left for the first time.
+    cmdABORT.Enabled = Busy || SavingText || !WasBusy;
 }
 
 void formTessel::EnableControls(bool flag) {

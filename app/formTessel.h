@@ -72,13 +72,11 @@ struct formTessel {
     void Form_Load();
     /// Call when the program ends: stores the folder chooser's position.
     void Form_Unload();
-    /// Whether an image can be opened now: false during a long operation.
-    bool MayOpen() const;
     /// Whether Exit was chosen during a long operation and will run when that has ended.
     bool ExitIsPending() const { return ExitPending; }
     /// Opens an image that the user dropped on the window or that the desktop passed, as Open does
-    /// after its dialog. `title` is its file name. Does nothing while MayOpen is false or an event
-    /// handler runs.
+    /// after its dialog. `title` is its file name. During a long operation, and while a dialog
+    /// waits for its answer, a message box refuses it.
     void DropImage(const std::string& path, const std::string& title);
 
     /// Closes drive slot `index` (0 to 3, any other raises 9) and returns the window to its state
@@ -112,6 +110,7 @@ struct formTessel {
     void mnuOffset_Click();
     void cmdABORT_Click();
     void StopAll();
+    bool MayOpen() const;
     bool MaySaveFile();
     bool MaySaveDirectory();
     void OpenImage(const std::string& path, const std::string& title);
@@ -120,6 +119,7 @@ struct formTessel {
     void BrowseVolume();
     void ReportOpenError(const RuntimeError& error);
     void SetBusy(bool flag);
+    void EnableStop();
     void EnableControls(bool flag);
     void SetVolumeOpen(bool flag);
     void ClearDisplay();
@@ -147,6 +147,8 @@ struct formTessel {
     void mnuSaveFile_Click();
     void mnuSaveTxt_Click();
     void mnuSaveDirectory_Click();
+    bool SaveText();
+    void SetSavingText(bool flag);
     std::string SuggestedName() const;
 
     int RunningHandlers = 0;    // more than 1 when a handler runs while another processes events
@@ -154,6 +156,7 @@ struct formTessel {
     bool ExitPending = false;   // Exit was chosen while the image was in use
     std::string LastDirName{};  // the folder last chosen through GetDirName in this run
     bool SaveAllRunning = false;
+    bool WasBusy = false;           // the busy state was left at least once
     bool SavingText = false;        // Save Display is running
     bool StopSaving = false;        // the running Save Display stops at its next part
     bool SavingWithinView = false;  // it was started while a view processed events

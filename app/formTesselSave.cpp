@@ -1,3 +1,7 @@
+#include <functional>
+#include <new>
+#include <utility>
+
 #include "app/formTessel.h"
 #include "app/mirroredFolders.h"
 #include "app/textFile.h"
@@ -7,21 +11,22 @@
 #include "util/modUtility.h"
 #include "volume/errorReports.h"
 #include "volume/modDisks.h"
+#include "volume/saveTarget.h"
 
 /// Saving to the host.
 namespace tessel {
 namespace {
 
-/// Sets a flag on construction and clears it on destruction.
-class ScopedFlag {
+/// Runs a function at the end of a scope.
+class ScopeGuard {
   public:
-    explicit ScopedFlag(bool& flag) : Flag(flag) { Flag = true; }
-    ~ScopedFlag() { Flag = false; }
-    ScopedFlag(const ScopedFlag&) = delete;
-    ScopedFlag& operator=(const ScopedFlag&) = delete;
+    explicit ScopeGuard(std::function<void()> atEnd) : AtEnd(std::move(atEnd)) {}
+    ~ScopeGuard() { AtEnd(); }
+    ScopeGuard(const ScopeGuard&) = delete;
+    ScopeGuard& operator=(const ScopeGuard&) = delete;
 
   private:
-    bool& Flag;
+    std::function<void()> AtEnd;
 };
 
 }  // namespace
@@ -51,17 +56,40 @@ void formTessel::mnuSaveTxt_Click() {
     const std::string path =
         GetFileName(CommonDialog1, SuggestedName(), "Save", kind, 0, "Display as Text");
     if (path.empty()) return;
-    DeleteExistingFile(path);
+    SaveErrors errors;
+    try {
+        CreateTarget(kTextFile, HeldFolder(FolderOf(path)), FileTitleOf(path));
+    } catch (const RuntimeError& error) {
+        return errors.Show(SaveStep::kCreate, error, path);
+    }
+    try {
+        if (!SaveText())
+            TheHost.MessageBox("The text is not saved to its end:\r\n" + path, "Error");
+    } catch (const RuntimeError& error) {
+        errors.Show(SaveStep::kWriteText, error, path);
+    } catch (const std::bad_alloc&) {
+        errors.Show(SaveStep::kWriteText, {kOutOfMemory, kProjectName, ErrorText(kOutOfMemory)},
+                    path);
+    }
+}
+
+bool formTessel::SaveText() {
     // Events are processed while a long text is written, so a copy of the present text is saved.
     // The image that it is generated from stays open until then.
     TextDisplay text = rtfDisplay.Text;
     text.Changed = nullptr;
-    const ScopedFlag saving(SavingText);
     StopSaving = false;
     SavingWithinView = Busy;
-    if (!WriteTextFile(text, path, StopSaving)) {
-        TheHost.MessageBox("The text is not saved to its end:\r\n" + path, "Error");
-    }
+    SetSavingText(true);
+    const ScopeGuard saving([this] { SetSavingText(false); });
+    return WriteTextFile(text, StopSaving);
+}
+
+void formTessel::SetSavingText(bool flag) {
+    SavingText = flag;
+    EnableStop();
+    mnuOpen.Enabled = !flag;
+    mnuSaveTxt.Enabled = !flag;
 }
 
 void formTessel::mnuSaveDirectory_Click() {
@@ -69,7 +97,8 @@ void formTessel::mnuSaveDirectory_Click() {
     const std::string folder = GetDirName("", "SAVE", "SAVEALL", 0, "Save All");
     if (folder.empty()) return;
 
-    const ScopedFlag running(SaveAllRunning);
+    SaveAllRunning = true;
+    const ScopeGuard running([this] { SaveAllRunning = false; });
     ClearDisplay();
     SetBusy(true);
     MirroredFolders target(folder, StripExtension(Drives[1].ImageTitle));
@@ -85,12 +114,10 @@ void formTessel::mnuSaveDirectory_Click() {
         TheHost.DoEvents();
         if (!DirEntries(row).InUse) break;
         if (IsFile(row) && !IsDeleted(row)) {
-            if (!target.ChosenFolderIsThere()) break;
-            std::string longName = LongNameText(row);
-            const std::string path =
-                target.PathOf(longName.empty() ? EntryFileName(row) : longName);
-            const bool ok = target.Save(row, path);
-            rtfDisplay.Text.Append((ok ? "Saved - " : "Failed - ") + path + "\r\n");
+            if (!target.EnterChosen()) break;
+            const std::string longName = LongNameText(row);
+            const bool ok = target.Save(row, longName.empty() ? EntryFileName(row) : longName);
+            rtfDisplay.Text.Append((ok ? "Saved - " : "Failed - ") + target.Path() + "\r\n");
             ++(ok ? saved : failed);
         }
         if (StopRequested) break;

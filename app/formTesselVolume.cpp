@@ -42,15 +42,17 @@ void formTessel::Form_Initialize() {
 }
 
 void formTessel::mnuFile_Click() {
+    mnuOpen.Enabled = !SavingText;
+    mnuSaveTxt.Enabled = !SavingText;
     mnuSaveFile.Enabled = MaySaveFile();
     mnuSaveDirectory.Enabled = MaySaveDirectory();
 }
 
 bool formTessel::MaySaveFile() {
-    return Drives[1].IsOpen && !Busy && IsFile(SelectedEntry().value_or(0));
+    return Drives[1].IsOpen && MayOpen() && IsFile(SelectedEntry().value_or(0));
 }
 
-bool formTessel::MaySaveDirectory() { return Drives[1].IsOpen && !Busy && CountFiles() > 0; }
+bool formTessel::MaySaveDirectory() { return Drives[1].IsOpen && MayOpen() && CountFiles() > 0; }
 
 void formTessel::mnuOptions_Click() { mnuOffset.Enabled = !Drives[1].IsOpen; }
 
@@ -65,9 +67,16 @@ void formTessel::mnuOpen_Click() {
 }
 
 void formTessel::DropImage(const std::string& path, const std::string& title) {
-    // Since the drop, the window may have started an operation or opened a dialog.
-    if (RunningHandlers > 0 || !MayOpen()) return;
-    RunGuarded([this, path, title] {
+    // The window may have begun something since the drop.
+    const bool working = !MayOpen();
+    const bool waiting = RunningHandlers > 0;
+    RunGuarded([=, this] {
+        if (working || waiting) {
+            const char* until = working ? "until the command ends that is running; STOP ends it"
+                                        : "while a message or a dialog waits for an answer";
+            TheHost.MessageBox(std::string("No file is opened ") + until + ".\r\n" + path, "Error");
+            return;
+        }
         Drives[1].FileNumber = kImageFile;
         OpenImage(path, title);
     });

@@ -3,80 +3,142 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/host.h"
 #include "platform/hostFiles.h"
-#include "volume/errorReports.h"
+#include "platform/numberedFiles.h"
 #include "volume/extraction.h"
+#include "volume/saveTarget.h"
+#include "volume/volumeState.h"
 
 namespace tessel {
+namespace {
+
+/// Opens a folder below another one, and creates it where nothing has its name.
+HeldFolder OpenOrCreate(const HeldFolder& parent, const std::string& name) {
+    try {
+        return {parent, name};
+    } catch (const RuntimeError& error) {
+        if (error.Number != kPathNotFound) throw;
+    }
+    try {
+        parent.CreateFolder(name);
+    } catch (const RuntimeError& error) {
+        // Somebody else was faster.
+        if (error.Number != kFileAlreadyExists) throw;
+    }
+    return {parent, name};
+}
+
+}  // namespace
 
 MirroredFolders::MirroredFolders(std::string chosen, const std::string& base)
-    : Chosen(std::move(chosen)) {
-    Folders.push_back(JoinPath(Chosen, SafeName(base)));
+    : Paths{std::move(chosen)} {
+    Add(base);
 }
 
 void MirroredFolders::Add(const std::string& folderName) {
-    Folders.push_back(JoinPath(Folders.back(), SafeName(folderName)));
+    Names.push_back(SafeName(folderName));
+    Paths.push_back(JoinPath(Paths.back(), Names.back()));
 }
 
-bool MirroredFolders::ChosenFolderIsThere() {
-    // Nothing to do for the next file while all folders still exist.
-    Entered = Entered && std::all_of(Folders.begin(), Folders.end(), IsRealFolder);
-    if (Entered) return true;
+bool MirroredFolders::EnterChosen() {
+    const std::string& chosen = Paths.front();
     try {
-        ChangeFolder(Chosen);
+        if (Open.empty()) {
+            Open.emplace_back(HeldFolder(chosen));
+            Open.back().Folder.MakeCurrent();
+        }
+        const auto there = IdentityAt(chosen);
+        if (!there) Raise(kPathNotFound, "The folder is not there any more.");
+        if (*there != Open.front().Own) Raise(kPathNotFound, "Another folder has taken its place.");
         return true;
-    } catch (const RuntimeError&) {
+    } catch (const RuntimeError& error) {
+        Errors.Show(SaveStep::kEnterFolder, error, chosen);
         return false;
     }
 }
 
-std::string MirroredFolders::PathOf(const std::string& fileName) const {
-    return JoinPath(Folders.back(), SafeName(fileName));
-}
-
-bool MirroredFolders::Enter() const {
-    bool all = true;
-    for (const std::string& folder : Folders) {
-        try {
-            ChangeFolder(folder);
-        } catch (const RuntimeError& error) {
-            // Any error except a missing folder skips the level: the copy will report it.
-            if (error.Number != kPathNotFound) {
-                all = false;
-                continue;
-            }
-            CreateFolder(folder);
-            ChangeFolder(folder);
-        }
-    }
-    return all;
-}
-
-bool MirroredFolders::ContainsLink() const {
-    return std::any_of(Folders.begin(), Folders.end(), IsLink);
-}
-
-bool MirroredFolders::Save(Long row, const std::string& path) {
-    if (!Entered && ContainsLink()) {
-        // The link is in the way of every file: one report is enough.
-        if (!std::exchange(LinkReported, true)) {
-            const RuntimeError refused(kFileAlreadyExists, kProjectName,
-                                       ErrorText(kFileAlreadyExists));
-            TheHost.MessageBox(OpenErrorReport(refused, path), "Error");
-        }
-        return false;
-    }
+bool MirroredFolders::Save(Long row, const std::string& fileName) {
+    const std::string name = SafeName(fileName);
+    SetName(name);
     try {
-        if (!Entered) Entered = Enter();
-    } catch (const RuntimeError&) {
-        // Without its folder the copy fails and reports the error.
-    }
-    try {
-        return SaveEntryToFile(row, path);
-    } catch (const RuntimeError&) {
+        Enter();
+        CreateFile(name);
+    } catch (const RuntimeError& error) {
+        Errors.Show(SaveStep::kCreate, error, FilePath);
         return false;
     }
+    return CopyEntry(row, FilePath, Errors);
 }
+
+void MirroredFolders::Enter() {
+    // A level that lost its name to something else is opened anew, or found not to be a folder.
+    std::size_t held = 1;
+    while (held < Open.size()) {
+        const FolderEntry entry = Open[held - 1].Folder.Look(Names[held - 1]);
+        if (entry.Kind != EntryKind::kFolder || entry.Identity != Open[held].Own) break;
+        ++held;
+    }
+    if (held == Paths.size()) return;
+    Open.erase(Open.begin() + static_cast<std::ptrdiff_t>(held), Open.end());
+    while (Open.size() < Paths.size()) {
+        Open.emplace_back(OpenOrCreate(Open.back().Folder, Names[Open.size() - 1]));
+        Open.back().Folder.MakeCurrent();
+    }
+}
+
+void MirroredFolders::CreateFile(const std::string& safeName) {
+    if (TryCreate(safeName)) return;
+    const FolderEntry first = Open.back().Folder.Look(safeName);
+    if (!IsOfThisRun(safeName, first)) return Replace(safeName, first);
+
+    // An image can hold thousands of files of one name, and of names that lead to the same ones:
+    // each goes on where the last one ended, and soon in larger steps.
+    constexpr int kSteadySteps = 8;
+    constexpr int kMostSteps = 40;
+    std::int64_t& number = NextNumber.try_emplace(first.Identity, 2).first->second;
+    for (int step = 0; step < kMostSteps; ++step) {
+        const std::string name = NumberedName(safeName, number);
+        number += std::int64_t{1} << std::max(step - kSteadySteps, 0);
+        SetName(name);
+        if (TryCreate(name)) return;
+        const FolderEntry entry = Open.back().Folder.Look(name);
+        if (!IsOfThisRun(name, entry) && MayReplace(entry)) return Replace(name, entry);
+    }
+    Raise(kFileAlreadyExists, "All names that this file could have are taken.");
+}
+
+bool MirroredFolders::TryCreate(const std::string& name) {
+    try {
+        Open.back().Folder.CreateFile(kTargetFile, name);
+    } catch (const RuntimeError& error) {
+        if (error.Number == kFileAlreadyExists) return false;
+        throw;
+    }
+    Remember(name);
+    return true;
+}
+
+void MirroredFolders::Replace(const std::string& name, const FolderEntry& entry) {
+    ReplaceTarget(kTargetFile, Open.back().Folder, name, entry);
+    Remember(name);
+}
+
+void MirroredFolders::Remember(const std::string& name) {
+    // Some file systems, FAT among them, forget a file's identity together with its place in
+    // memory; its name then has to do.
+    CreatedNames.insert(name);
+    try {
+        Created.insert(IdentityOf(kTargetFile));
+    } catch (const RuntimeError&) {
+        AbandonFile(kTargetFile);
+        throw;
+    }
+}
+
+bool MirroredFolders::IsOfThisRun(const std::string& name, const FolderEntry& entry) const {
+    return Created.contains(entry.Identity) || CreatedNames.contains(name);
+}
+
+void MirroredFolders::SetName(const std::string& name) { FilePath = JoinPath(Paths.back(), name); }
 
 }  // namespace tessel

@@ -12,9 +12,6 @@
 namespace tessel {
 namespace {
 
-/// Different from the copy's file number, so that the display can be saved during a copy.
-constexpr int kTextFile = 21;
-
 /// Whether every line break of `text` is a CR LF already: an LF follows each CR and appears nowhere
 /// else. The loop has no branch, so that the compiler can vectorise it.
 bool IsConverted(std::string_view text) {
@@ -97,9 +94,8 @@ void LineEnds::Convert(std::string& part, bool onlyCrLf) {
 
 std::string LineEnds::Rest() { return std::exchange(PendingCr, false) ? "\r\n" : ""; }
 
-bool WriteTextFile(const TextDisplay& display, const std::string& path, const bool& stop) {
+bool WriteTextFile(const TextDisplay& display, const bool& stop) {
     struct Stopped {};
-    OpenForWriting(kTextFile, path);
     try {
         LineEnds ends;
         PartWriter file(display.Size());
@@ -115,11 +111,7 @@ bool WriteTextFile(const TextDisplay& display, const std::string& path, const bo
         CloseFile(kTextFile);
         return false;
     } catch (...) {
-        try {
-            CloseFile(kTextFile);
-        } catch (const RuntimeError&) {
-            // The first error says more than the error of closing.
-        }
+        AbandonFile(kTextFile);
         throw;
     }
     CloseFile(kTextFile);

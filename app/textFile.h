@@ -19,9 +19,12 @@ class LineEnds {
     bool PendingCr = false;
 };
 
-/// Writes a display's text to a new file as UTF-8 with CR LF, and processes pending events between
-/// parts. Returns false when an event sets `stop`: the file then holds the first parts. Raises the
-/// errors of creating and of writing a file.
-bool WriteTextFile(const TextDisplay& display, const std::string& path, const bool& stop);
+/// The number of the file that the display is saved to: its own, so that a copy can run meanwhile.
+inline constexpr int kTextFile = 21;
+
+/// Writes a display's text as UTF-8 with CR LF to the file that is open under kTextFile and closes
+/// it. Processes pending events between the parts of the text. False when they set `stop`: the file
+/// then holds the first parts. Raises what writing and closing a file raise.
+bool WriteTextFile(const TextDisplay& display, const bool& stop);
 
 }  // namespace tessel

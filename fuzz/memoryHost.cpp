@@ -29,6 +29,8 @@ struct MemoryHost {
     std::set<std::string> Folders{"/", memory::kImages, memory::kChosen};
     std::set<std::string> Files;
     std::set<std::string> Created;
+    std::map<std::string, std::uint64_t> Identities;
+    std::uint64_t LastIdentity = 0;
     std::map<int, OpenFile> Open;
     std::string Current = "/";
     std::int64_t Written =
@@ -50,6 +52,13 @@ std::string ParentOf(const std::string& whole) {
 bool Exists(const std::string& whole) {
     return TheMemory.Images.contains(whole) || TheMemory.Files.contains(whole) ||
            TheMemory.Folders.contains(whole);
+}
+
+/// The identity of what exists at a path.
+FileIdentity IdentityFor(const std::string& whole) {
+    std::uint64_t& identity = TheMemory.Identities[whole];
+    if (identity == 0) identity = ++TheMemory.LastIdentity;
+    return {0, identity};
 }
 
 /// Raises the error for a path at which nothing can be created.
@@ -97,17 +106,9 @@ void OpenForReading(int number, const std::string& path) {
     TheMemory.Open[number] = {whole, written ? ImageFile{} : image->second};
 }
 
-void OpenForWriting(int number, const std::string& path) {
-    if (TheMemory.Open.contains(number)) Raise(kFileAlreadyOpen);
-    const std::string whole = Whole(path);
-    RequireCreatable(whole);
-    TheMemory.Files.insert(whole);
-    TheMemory.Created.insert(whole);
-    TheMemory.Open[number] = {whole, std::nullopt};
-}
-
 void CloseFile(int number) { TheMemory.Open.erase(number); }
 void CloseAllFiles() { TheMemory.Open.clear(); }
+void AbandonFile(int number) { CloseFile(number); }
 bool FileIsOpen(int number) { return TheMemory.Open.contains(number); }
 
 std::int64_t FileLength(int number) {
@@ -145,13 +146,86 @@ std::function<void(std::span<const Byte>)> WriterOf(int number) {
     return [number](std::span<const Byte> bytes) { WriteFile(number, bytes); };
 }
 
-bool IsOpenFile(const std::string& path) {
-    return std::any_of(TheMemory.Open.begin(), TheMemory.Open.end(),
-                       [&](const auto& open) { return open.second.Path == Whole(path); });
+bool SetModificationTime(int number, const LocalTime&) { return !FileOf(number).Image; }
+
+FileIdentity IdentityOf(int number) { return IdentityFor(FileOf(number).Path); }
+
+bool IsOpenFile(const FileIdentity& file) {
+    return std::any_of(TheMemory.Open.begin(), TheMemory.Open.end(), [&](const auto& open) {
+        return Exists(open.second.Path) && IdentityFor(open.second.Path) == file;
+    });
 }
 
-bool IsSameFile(const std::string& path, const std::string& other) {
-    return Whole(path) == Whole(other) && Exists(Whole(path));
+// --- An open folder.
+// ------------------------------------------------------------------------------
+
+std::optional<FileIdentity> IdentityAt(const std::string& path) {
+    const std::string whole = Whole(path);
+    return Exists(whole) ? std::optional(IdentityFor(whole)) : std::nullopt;
+}
+
+HeldFolder::HeldFolder(const std::string& path) : OwnPath(Whole(path)), Handle(0) {
+    if (!FolderExists(OwnPath)) Raise(kPathNotFound);
+}
+
+HeldFolder::HeldFolder(const HeldFolder& parent, const std::string& name)
+    : OwnPath(Whole(JoinPath(parent.OwnPath, name))), Handle(0) {
+    if (!Exists(OwnPath)) Raise(kPathNotFound);
+    if (!FolderExists(OwnPath)) Raise(kFileAlreadyExists);
+}
+
+HeldFolder::HeldFolder(HeldFolder&& other) noexcept = default;
+HeldFolder& HeldFolder::operator=(HeldFolder&& other) noexcept = default;
+HeldFolder::~HeldFolder() = default;
+
+FileIdentity HeldFolder::Identity() const { return IdentityFor(OwnPath); }
+void HeldFolder::MakeCurrent() const { TheMemory.Current = OwnPath; }
+
+FolderEntry HeldFolder::Look(const std::string& name) const {
+    const std::string whole = JoinPath(OwnPath, name);
+    if (!Exists(whole)) return {};
+    const FileIdentity identity = IdentityFor(whole);
+    const EntryKind kind = FolderExists(whole)     ? EntryKind::kFolder
+                           : name.starts_with('.') ? EntryKind::kHiddenFile
+                                                   : EntryKind::kFile;
+    return {kind, false, identity, identity};
+}
+
+void HeldFolder::CreateFolder(const std::string& name) const {
+    const std::string whole = JoinPath(OwnPath, name);
+    RequireCreatable(whole);
+    TheMemory.Folders.insert(whole);
+    TheMemory.Created.insert(whole);
+}
+
+void HeldFolder::CreateFile(int number, const std::string& name) const {
+    if (TheMemory.Open.contains(number)) Raise(kFileAlreadyOpen);
+    const std::string whole = JoinPath(OwnPath, name);
+    RequireCreatable(whole);
+    TheMemory.Files.insert(whole);
+    TheMemory.Created.insert(whole);
+    TheMemory.Open[number] = {whole, std::nullopt};
+}
+
+void HeldFolder::Rename(const std::string& from, const std::string& to) const {
+    const std::string source = JoinPath(OwnPath, from);
+    const std::string target = JoinPath(OwnPath, to);
+    if (TheMemory.Images.contains(target) || FolderExists(target)) Raise(kPathFileAccessError);
+    if (TheMemory.Files.erase(source) == 0) Raise(kFileNotFound);
+    TheMemory.Files.insert(target);
+    TheMemory.Created.insert(target);
+    TheMemory.Identities[target] = IdentityFor(source).File;
+    TheMemory.Identities.erase(source);
+    for (auto& [number, file] : TheMemory.Open) {
+        if (file.Path == source) file.Path = target;
+    }
+}
+
+void HeldFolder::DeleteFile(const std::string& name) const {
+    const std::string whole = JoinPath(OwnPath, name);
+    if (TheMemory.Images.contains(whole)) Raise(kPathFileAccessError);
+    if (TheMemory.Files.erase(whole) == 0) Raise(kFileNotFound);
+    TheMemory.Identities.erase(whole);
 }
 
 // --- The file system. ----------------------------------------------------------------------------
@@ -160,38 +234,8 @@ char FolderSeparator() { return '/'; }
 std::string SafeName(const std::string& name) { return SafePosixName(name); }
 std::string CurrentFolder() { return TheMemory.Current; }
 
-void ChangeFolder(const std::string& path) {
-    if (!FolderExists(path)) Raise(kPathNotFound);
-    TheMemory.Current = Whole(path);
-}
-
-void CreateFolder(const std::string& path) {
-    const std::string whole = Whole(path);
-    RequireCreatable(whole);
-    TheMemory.Folders.insert(whole);
-    TheMemory.Created.insert(whole);
-}
-
 bool FolderExists(const std::string& path) { return TheMemory.Folders.contains(Whole(path)); }
-bool IsRealFolder(const std::string& path) { return FolderExists(path); }
 bool FolderCanBeListed(const std::string& path) { return FolderExists(path); }
-bool IsLink(const std::string&) { return false; }
-
-bool VisibleFileExists(const std::string& path) {
-    const std::string whole = Whole(path);
-    const bool file = TheMemory.Files.contains(whole) || TheMemory.Images.contains(whole);
-    return file && !FileTitleOf(whole).starts_with('.');
-}
-
-void DeleteFile(const std::string& path) {
-    const std::string whole = Whole(path);
-    if (TheMemory.Images.contains(whole)) Raise(kPathFileAccessError);
-    if (TheMemory.Files.erase(whole) == 0) Raise(kFileNotFound);
-}
-
-bool SetModificationTime(const std::string& path, const LocalTime&) {
-    return TheMemory.Files.contains(Whole(path));
-}
 
 std::vector<std::string> HostDrives() { return {"/"}; }
 std::string DriveOf(const std::string& path) { return path.starts_with('/') ? "/" : ""; }

@@ -32,6 +32,8 @@ struct CommonDialog {
     Long Flags = 0;            ///< FileDialogFlag bits
     bool CancelError = false;  ///< whether Cancel raises 32755
     Long FilterIndex = 1;      ///< the preselected pair, counted from 1
+    /// Why nothing can be saved at a path, a sentence; "" when something can.
+    std::function<std::string(const std::string& path)> Refusal{};
 };
 
 /// The user's settings, kept between runs: text values by section and key.

@@ -29,15 +29,21 @@ std::string Replaced(const std::string& name, std::string_view refused) {
     return safe;
 }
 
-/// At most kLongestName bytes of `name`, whole characters, the extension kept when it is short.
-std::string Shortened(const std::string& name) {
-    if (name.size() <= kLongestName) return name;
+/// The last point of `name` and what follows, when that is short and not the whole name.
+std::string ShortExtension(const std::string& name) {
     const std::size_t point = name.rfind('.');
-    const bool keep = point != std::string::npos && name.size() - point <= kLongestExtension;
-    const std::string extension = keep ? name.substr(point) : "";
-    std::size_t length = kLongestName - extension.size();
-    while (length > 0 && Continues(name[length])) --length;
-    return name.substr(0, length) + extension;
+    if (point == std::string::npos || point == 0) return "";
+    return name.size() - point <= kLongestExtension ? name.substr(point) : "";
+}
+
+/// `name` with `inserted` before its short extension, cut there to at most kLongestName bytes and
+/// whole characters.
+std::string Shortened(const std::string& name, const std::string& inserted = "") {
+    const std::string extension = ShortExtension(name);
+    const std::size_t stem = name.size() - extension.size();
+    std::size_t length = std::min(stem, kLongestName - extension.size() - inserted.size());
+    while (length > 0 && length < stem && Continues(name[length])) --length;
+    return name.substr(0, length) + inserted + extension;
 }
 
 bool IsDeviceName(const std::string& name) {
@@ -70,6 +76,10 @@ std::string SafeWindowsName(const std::string& name) {
     // A closing blank or point would be dropped, and another file meant.
     for (auto c = safe.rbegin(); c != safe.rend() && (*c == ' ' || *c == '.'); ++c) *c = '_';
     return NotEmptyNorDots(safe);
+}
+
+std::string NumberedName(const std::string& safeName, std::int64_t number) {
+    return Shortened(safeName, " (" + std::to_string(number) + ")");
 }
 
 std::string FolderOf(const std::string& path) {

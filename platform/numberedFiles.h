@@ -6,10 +6,11 @@
 #include <span>
 #include <string>
 
+#include "platform/heldFolder.h"
 #include "platform/runtimeError.h"
 
 /// Files by number, each open for reading or for writing as a plain sequence of bytes. Offsets
-/// count from 0. A number that is not open raises 52.
+/// count from 0. A number that is not open raises 52. HeldFolder creates those for writing.
 namespace tessel {
 
 /// The last offset that can be read: positions are counted from 1 in signed 32 bits.
@@ -20,14 +21,12 @@ inline constexpr std::int64_t kLastFileOffset = 2147483646;
 /// be read (none of them blocks), 57 for a failing medium.
 void OpenForReading(int number, const std::string& path);
 
-/// Creates a new file for writing. Nothing that stands at `path`, a link included, is followed or
-/// cut: that raises 58. Raises 55, 75, 76 and 61 (no space) as above.
-void OpenForWriting(int number, const std::string& path);
-
 /// Closes a file; does nothing for a number that is not open. Raises 61 or 57 when the host cannot
 /// store what was written; the number is free all the same.
 void CloseFile(int number);
 void CloseAllFiles();
+/// CloseFile on the way out of another error: raises nothing.
+void AbandonFile(int number);
 
 bool FileIsOpen(int number);
 
@@ -48,9 +47,17 @@ void WriteFile(int number, std::span<const Byte> bytes);
 /// Returns WriteFile for one file, to be called by one thread at a time while the file is open.
 std::function<void(std::span<const Byte>)> WriterOf(int number);
 
-/// Whether `path` leads to a file that is open under any number, by whatever name or link.
-bool IsOpenFile(const std::string& path);
-/// Whether two paths lead to one file.
-bool IsSameFile(const std::string& path, const std::string& other);
+/// A calendar moment of local time.
+struct LocalTime {
+    int Year, Month, Day, Hour, Minute, Second;
+};
+/// Gives a file that is open for writing a modification time, which it keeps unless more is
+/// written. False when the host refuses.
+bool SetModificationTime(int number, const LocalTime& time);
+
+/// Raises 57 when the host does not say.
+FileIdentity IdentityOf(int number);
+/// Whether a file is open under any number.
+bool IsOpenFile(const FileIdentity& file);
 
 }  // namespace tessel

@@ -145,7 +145,7 @@ void MainScreen::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainScreen::dragEnterEvent(QDragEnterEvent* event) {
-    if (Form.MayOpen() && DroppedFile(*event)) event->acceptProposedAction();
+    if (DroppedFile(*event)) event->acceptProposedAction();
 }
 
 void MainScreen::dropEvent(QDropEvent* event) {

@@ -143,14 +143,14 @@ std::string ErrorBox(int number, const std::string& more) {
     return "box\tError\t" + Replaced(text, "|", "\\r\\n") + "\n";
 }
 
-std::string OpenErrorBox(int number, const std::string& name) {
+std::string OpenErrorBox(int number, const std::string& name, const std::string& cause) {
     const std::string share =
         "This may be caused by a defect of the platform's file layer that prevents opening files "
         "on a network share that is not marked as FULL control in MS windows NT and later!|"
         "The network share MUST be Read and Writable (FULL control) even if you open the file as "
         "R/O";
     const std::string hint = number == 75 ? share : "File may be Hidden or System";
-    return ErrorBox(number, "|" + hint + "|@/" + name);
+    return ErrorBox(number, "|" + hint + "|@/" + name + (cause.empty() ? "" : "|" + cause));
 }
 
 int ErrorOf(const std::function<void()>& step) {

@@ -60,7 +60,9 @@ class WindowTest : public TesselTest {
 /// The error box as a script prints it, with `more` after its text, where "|" is a line break; and
 /// the one for a file that cannot be opened.
 std::string ErrorBox(int number, const std::string& more = "");
-std::string OpenErrorBox(int number, const std::string& name);
+std::string OpenErrorBox(int number, const std::string& name, const std::string& cause = "");
+/// The last line of each box of Save Directory.
+inline const std::string kAlike = "|Files that fail alike are only listed.";
 /// The number of the error that `step` raises, 0 for none.
 int ErrorOf(const std::function<void()>& step);
 /// Whether two long texts are equal; on failure, reports the first difference.

@@ -98,9 +98,10 @@ TEST_F(WindowTest, AFailingCopyIsReportedAndLeavesWhatItWrote) {
     const auto save = [this](const std::string& name, const std::string& command = "Save File") {
         return Run("file @/" + name + "\nmenu " + command);
     };
-    EXPECT_EQ(save("folder"), OpenErrorBox(75, "folder"));
-    EXPECT_EQ(save(".hidden"), OpenErrorBox(58, ".hidden"));
-    EXPECT_EQ(save(".hidden", "Save Display"), ErrorBox(58));
+    EXPECT_EQ(save("folder"), OpenErrorBox(75, "folder", "A folder has this name."));
+    const std::string hidden = OpenErrorBox(58, ".hidden", "A hidden file has this name.");
+    EXPECT_EQ(save(".hidden"), hidden);
+    EXPECT_EQ(save(".hidden", "Save Display"), hidden);
     EXPECT_EQ(Read(".hidden"), "kept");
     EXPECT_EQ(save("gone/x"), OpenErrorBox(76, "gone/x"));
     FailReads(At("disk.img"), image.At(24) + 10);
@@ -112,8 +113,9 @@ TEST_F(WindowTest, AFailingCopyIsReportedAndLeavesWhatItWrote) {
     auto full = std::make_unique<FullDisk>(1000);
     const std::string copied = save("part"), displayed = save("dump.txt", "Save Display");
     full.reset();
-    EXPECT_EQ(copied, ErrorBox(61, "|Error Writting File @/part|"));
-    EXPECT_EQ(displayed, ErrorBox(61));
+    const std::string cause = "|The file is larger than the host allows.";
+    EXPECT_EQ(copied, ErrorBox(61, "|Error Writting File @/part" + cause));
+    EXPECT_EQ(displayed, ErrorBox(61, "|The text is not saved to its end:|@/dump.txt" + cause));
     EXPECT_TRUE(Same(Read("part"), Noise(1000)));
     EXPECT_EQ(fs::file_size(At("dump.txt")), 1000U);
     EXPECT_EQ(Run("stop-at 1\nfile @/part\nmenu Save File"), "");
@@ -156,10 +158,10 @@ TEST_F(WindowTest, WithoutHandlesNothingIsSavedAndWithThemAllIs) {
                       text = Run("file @/out/b\nmenu Save Display"),
                       directory = Run("folder @/out\nmenu Save Directory");
     none.reset();
-    EXPECT_EQ(file, OpenErrorBox(75, "out/a"));
-    EXPECT_EQ(text, ErrorBox(75));
-    EXPECT_EQ(directory, OpenErrorBox(75, "out/disk/Read me first.txt") +
-                             OpenErrorBox(75, "out/disk/BIG.BIN"));
+    const std::string cause = "Too many files are open.";
+    EXPECT_EQ(file, OpenErrorBox(75, "out/a", cause));
+    EXPECT_EQ(text, OpenErrorBox(75, "out/b", cause));
+    EXPECT_EQ(directory, ErrorBox(75, "|Error entering Folder @/out|" + cause));
     EXPECT_EQ(Run("select 3\nfile @/out/a\nmenu Save File"), "");
     EXPECT_TRUE(Same(Read("out/a"), Noise(3000)));
 }
@@ -177,11 +179,11 @@ TEST_F(WindowTest, WithoutPermissionNothingIsTouched) {
     const std::string before = Tree("");
     auto user = std::make_unique<OrdinaryUser>();
     if (!*user) GTEST_SKIP() << "this host knows no such permissions";
-    EXPECT_EQ(Run("file @/out/a\nmenu Save File"), ErrorBox(75));
-    EXPECT_EQ(Run("file @/out/b\nmenu Save Display"), ErrorBox(75));
-    EXPECT_EQ(
-        Run("folder @/out\nmenu Save Directory"),
-        OpenErrorBox(76, "out/disk/Read me first.txt") + OpenErrorBox(76, "out/disk/BIG.BIN"));
+    const std::string cause = "The folder may not be written: @/out";
+    EXPECT_EQ(Run("file @/out/a\nmenu Save File"), OpenErrorBox(75, "out/a", cause + "/"));
+    EXPECT_EQ(Run("file @/out/b\nmenu Save Display"), OpenErrorBox(75, "out/b", cause + "/"));
+    EXPECT_EQ(Run("folder @/out\nmenu Save Directory"),
+              OpenErrorBox(75, "out/disk/Read me first.txt", cause + kAlike));
     EXPECT_EQ(Run("file @/secret\nmenu Open"), OpenErrorBox(75, "secret"));
     user.reset();
     fs::permissions(At("out"), fs::perms::owner_all);
@@ -222,17 +224,19 @@ TEST_F(WindowTest, TheImageIsNeverWritten) {
                   "\nmenu Open\nselect 1\nchoose Dump\nchoose Display\npress Root\n"
                   "press FAT0\npress Boot Sector\npress Directory"),
               "");
+    const std::string cause = "This is the image itself, which is never written.";
     for (const std::string name : {"out/README/README.TXT", "hard", opened.c_str()}) {
-        EXPECT_EQ(Run("file @/" + name + "\nmenu Save File"), OpenErrorBox(55, name));
-        EXPECT_EQ(Run("file @/" + name + "\nmenu Save Display"), ErrorBox(55));
+        EXPECT_EQ(Run("file @/" + name + "\nmenu Save File"), OpenErrorBox(55, name, cause));
+        EXPECT_EQ(Run("file @/" + name + "\nmenu Save Display"), OpenErrorBox(55, name, cause));
         EXPECT_TRUE(fs::exists(At(name)));
     }
-    EXPECT_EQ(Run("folder @/out\nmenu Save Directory"), OpenErrorBox(55, "out/README/README.TXT"));
+    EXPECT_EQ(Run("folder @/out\nmenu Save Directory"),
+              OpenErrorBox(55, "out/README/README.TXT", cause + kAlike));
     EXPECT_EQ(Run("file @/a\nmenu Save File\nfile @/b\nmenu Save Display\nfolder @\n"
                   "menu Save Directory"),
               "");
     if (link) fs::remove(At(opened));
-    EXPECT_EQ(Run("file @/hard\nmenu Save File"), OpenErrorBox(55, "hard"))
+    EXPECT_EQ(Run("file @/hard\nmenu Save File"), OpenErrorBox(55, "hard", cause))
         << "though its name is gone";
     EXPECT_TRUE(Same(Read("hard"), {image.Volume.begin(), image.Volume.end()}));
     EXPECT_EQ(fs::last_write_time(target), moment);

@@ -119,7 +119,8 @@ TEST_F(WindowTest, AVolumeIsRefusedWithItsBootSectorShown) {
         EXPECT_TRUE(Same(Show("display"), AreaDump(" Raw Boot Sector 0", shown)));
         EXPECT_EQ(Show("enabled"), kNothingEnabled);
         EXPECT_FALSE(FileIsOpen(kImageFile));
-        EXPECT_EQ(Run("file @/" + row.Name + "\nmenu Save Display"), ErrorBox(55));
+        EXPECT_EQ(Run("file @/" + row.Name + "\nmenu Save Display"),
+                  OpenErrorBox(55, row.Name, "This is the image itself, which is never written."));
         EXPECT_EQ(Run("file @/shown.txt\nmenu Save Display\nmenu Offset"), "");
         EXPECT_TRUE(Same(Read("shown.txt"), AreaDump(" Raw Boot Sector 0", shown)));
     }

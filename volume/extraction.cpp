@@ -1,29 +1,21 @@
 #include "volume/extraction.h"
 
+#include <new>
 #include <optional>
 
-#include "platform/host.h"
 #include "platform/hostFiles.h"
 #include "platform/numberedFiles.h"
 #include "volume/clusterChain.h"
 #include "volume/directory.h"
-#include "volume/errorReports.h"
+#include "volume/saveTarget.h"
 #include "volume/volumeState.h"
 
 namespace tessel {
 namespace {
 
-void Report(const std::string& text) { TheHost.MessageBox(text, "Error"); }
-
 /// Closes the target when the copy ends, however it ends.
 struct TargetCloser {
-    ~TargetCloser() {
-        try {
-            CloseFile(kTargetFile);
-        } catch (const RuntimeError&) {
-            return;  // on the way out of another failure; the normal end closes by itself
-        }
-    }
+    ~TargetCloser() { AbandonFile(kTargetFile); }
 };
 
 /// The entry's modification date and time, when every field of it is in range.
@@ -50,76 +42,51 @@ WalkEnd CopyChain(Long row, const ClusterChain& chain, std::int64_t& written) {
     });
 }
 
-std::string ReadErrorReport(const ClusterChain& chain, std::int64_t offset,
-                            const std::string& path) {
+RuntimeError ReadErrorOf(const ClusterChain& chain, std::int64_t offset) {
     try {
         RaiseReadError(chain, offset);
     } catch (const RuntimeError& error) {
-        return ErrorReport(error) + "\r\nError reading Disk Image " + path + "\r\n";
+        return error;
     }
-}
-
-/// Creates the target where nothing stands; false when that fails.
-bool CreateTarget(const std::string& path) {
-    try {
-        OpenForWriting(kTargetFile, path);
-        return true;
-    } catch (const RuntimeError&) {
-        return false;
-    }
-}
-
-void RefuseFilesInUse(const std::string& path) {
-    // A refused image is closed, but it is still the one that the window tells about.
-    const std::string& image = Drives[1].ImagePath;
-    if (IsOpenFile(path) || (!image.empty() && IsSameFile(image, path))) Raise(kFileAlreadyOpen);
 }
 
 }  // namespace
 
-void DeleteExistingFile(const std::string& path) {
-    RefuseFilesInUse(path);
-    if (VisibleFileExists(path)) DeleteFile(path);
-}
-
 bool SaveEntryToFile(Long row, const std::string& path) {
     if (!Drives[1].IsOpen) return false;
-    if (!CreateTarget(path)) {
-        // Something stands there.
-        try {
-            RefuseFilesInUse(path);
-        } catch (const RuntimeError& error) {
-            Report(OpenErrorReport(error, path));
-            return false;
-        }
-        if (VisibleFileExists(path)) DeleteFile(path);
-        try {
-            OpenForWriting(kTargetFile, path);
-        } catch (const RuntimeError& error) {
-            Report(OpenErrorReport(error, path));
-            return false;
-        }
-    }
-
-    const TargetCloser closer;
-    const DirEntry& e = DirEntries(row);
-    const std::optional<LocalTime> modified = ModificationTime(e);
-    std::optional<ClusterChain> chain;
-    if (!IsFile(row) || e.FileSize != 0) chain.emplace(e.StartCluster);
-    std::int64_t written = 0;
+    SaveErrors errors;
     try {
-        if (chain) {
-            const WalkEnd end = CopyChain(row, *chain, written);
-            if (end == WalkEnd::kReadFailed) Report(ReadErrorReport(*chain, written, path));
-            if (end != WalkEnd::kDone) return false;
-        }
-        CloseFile(kTargetFile);
+        CreateTarget(kTargetFile, HeldFolder(FolderOf(path)), FileTitleOf(path));
     } catch (const RuntimeError& error) {
-        Report(ErrorReport(error) + "\r\nError Writting File " + path + "\r\n");
+        errors.Show(SaveStep::kCreate, error, path);
         return false;
     }
-    if (modified) SetModificationTime(path, *modified);
-    return true;
+    return CopyEntry(row, path, errors);
+}
+
+bool CopyEntry(Long row, const std::string& path, SaveErrors& errors) {
+    const TargetCloser closer;
+    const DirEntry& e = DirEntries(row);
+    std::int64_t written = 0;
+    try {
+        if (!IsFile(row) || e.FileSize != 0) {
+            const ClusterChain chain(e.StartCluster);
+            const WalkEnd end = CopyChain(row, chain, written);
+            if (end == WalkEnd::kReadFailed) {
+                errors.Show(SaveStep::kReadImage, ReadErrorOf(chain, written), path);
+            }
+            if (end != WalkEnd::kDone) return false;
+        }
+        const std::optional<LocalTime> modified = ModificationTime(e);
+        if (modified) SetModificationTime(kTargetFile, *modified);
+        CloseFile(kTargetFile);
+        return true;
+    } catch (const RuntimeError& error) {
+        errors.Show(SaveStep::kWrite, error, path);
+    } catch (const std::bad_alloc&) {
+        errors.Show(SaveStep::kWrite, {kOutOfMemory, kProjectName, ErrorText(kOutOfMemory)}, path);
+    }
+    return false;
 }
 
 }  // namespace tessel

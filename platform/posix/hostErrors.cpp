@@ -1,7 +1,5 @@
 #include "platform/posix/hostErrors.h"
 
-#include <sys/stat.h>
-
 #include <cerrno>
 
 #include "platform/hostFiles.h"
@@ -18,16 +16,23 @@ void RaiseHostError(int hostError) {
         case ENOTEMPTY:
             Raise(kFileAlreadyExists);
         case ENOSPC:
-        case EDQUOT:
-        case EFBIG:
             Raise(kDiskFull);
+        case EDQUOT:
+            Raise(kDiskFull, "The space that the host grants this user is used up.");
+        case EFBIG:
+            Raise(kDiskFull, "The file is larger than the host allows.");
         case EBUSY:
         case ETXTBSY:
             Raise(kPermissionDenied);
-        case ENAMETOOLONG:
-        case EILSEQ:
         case EBADF:
             Raise(kBadFileNumber);
+        case ENAMETOOLONG:
+            Raise(kPathFileAccessError, "The path, or a name in it, is too long for the host.");
+        case EROFS:
+            Raise(kPathFileAccessError, "The file system may only be read.");
+        case EMFILE:
+        case ENFILE:
+            Raise(kPathFileAccessError, "Too many files are open.");
         case ENOMEM:
             Raise(kOutOfMemory);
         case EIO:
@@ -35,19 +40,15 @@ void RaiseHostError(int hostError) {
         case ESTALE:
         case ETIMEDOUT:
             Raise(kDeviceIoError);
-        default:  // EACCES, EPERM, EROFS, EISDIR, ELOOP, ENXIO, EMFILE and similar
+        default:  // EACCES, EPERM, EISDIR, ELOOP, ENXIO and similar
             Raise(kPathFileAccessError);
     }
 }
 
 void RaiseOpenError(int hostError, const char* path) {
-    struct stat status {};
     if (hostError == ENOENT) {
         const std::string folder = FolderOf(path);
         if (!folder.empty() && !FolderExists(folder)) Raise(kPathNotFound);
-    }
-    if (hostError == EEXIST && lstat(path, &status) == 0 && S_ISDIR(status.st_mode)) {
-        Raise(kPathFileAccessError);
     }
     RaiseHostError(hostError);
 }

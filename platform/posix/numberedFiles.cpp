@@ -5,11 +5,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
-#include <csignal>
+#include <ctime>
 #include <map>
 
 #include "platform/posix/hostErrors.h"
+#include "platform/posix/openFiles.h"
 
 namespace tessel {
 namespace {
@@ -30,17 +32,9 @@ int DescriptorOf(int number) {
     return file->second.Descriptor;
 }
 
-void RefuseUsedNumber(int number) {
-    if (OpenFiles().contains(number)) Raise(kFileAlreadyOpen);
-}
-
 /// A path with a NUL inside would name another file than the requested one.
 void RefuseNul(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
-}
-
-bool IsSame(const struct stat& one, const struct stat& other) {
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
 }
 
 /// Bytes for one call. So few are still in the processor's caches when the kernel copies them; a
@@ -60,6 +54,12 @@ void WriteAll(int descriptor, std::span<const Byte> bytes) {
 
 }  // namespace
 
+void RefuseUsedNumber(int number) {
+    if (OpenFiles().contains(number)) Raise(kFileAlreadyOpen);
+}
+
+void AddFileForWriting(int number, int descriptor) { OpenFiles()[number] = {descriptor, true}; }
+
 void OpenForReading(int number, const std::string& path) {
     RefuseUsedNumber(number);
     RefuseNul(path);
@@ -75,18 +75,6 @@ void OpenForReading(int number, const std::string& path) {
     OpenFiles()[number] = {descriptor, false};
 }
 
-void OpenForWriting(int number, const std::string& path) {
-    RefuseUsedNumber(number);
-    RefuseNul(path);
-    // Past a file-size limit a write shall fail like any other, and not end the program.
-    static const auto previous = std::signal(SIGXFSZ, SIG_IGN);
-    static_cast<void>(previous);
-    const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    const int descriptor = open(path.c_str(), flags, 0666);
-    if (descriptor < 0) RaiseOpenError(errno, path.c_str());
-    OpenFiles()[number] = {descriptor, true};
-}
-
 void CloseFile(int number) {
     const auto file = OpenFiles().find(number);
     if (file == OpenFiles().end()) return;
@@ -94,6 +82,14 @@ void CloseFile(int number) {
     OpenFiles().erase(file);
     const int failed = close(closing.Descriptor) == 0 ? 0 : errno;
     if (closing.Writing && failed != 0 && failed != EINTR) RaiseHostError(failed);
+}
+
+void AbandonFile(int number) {
+    try {
+        CloseFile(number);
+    } catch (const RuntimeError&) {
+        return;
+    }
 }
 
 void CloseAllFiles() {
@@ -143,20 +139,31 @@ std::function<void(std::span<const Byte>)> WriterOf(int number) {
     return std::bind_front(WriteAll, DescriptorOf(number));
 }
 
-bool IsOpenFile(const std::string& path) {
-    struct stat asked {};
-    if (stat(path.c_str(), &asked) != 0) return false;
-    for (const auto& [number, file] : OpenFiles()) {
-        struct stat held {};
-        if (fstat(file.Descriptor, &held) == 0 && IsSame(asked, held)) return true;
-    }
-    return false;
+bool SetModificationTime(int number, const LocalTime& time) {
+    std::tm local{};
+    local.tm_year = time.Year - 1900;
+    local.tm_mon = time.Month - 1;
+    local.tm_mday = time.Day;
+    local.tm_hour = time.Hour;
+    local.tm_min = time.Minute;
+    local.tm_sec = time.Second;
+    local.tm_isdst = -1;
+    const std::time_t moment = std::mktime(&local);
+    if (moment == -1) return false;
+    const std::array<timespec, 2> times = {timespec{0, UTIME_OMIT}, timespec{moment, 0}};
+    return futimens(DescriptorOf(number), times.data()) == 0;
 }
 
-bool IsSameFile(const std::string& path, const std::string& other) {
-    struct stat one {};
-    struct stat two {};
-    return stat(path.c_str(), &one) == 0 && stat(other.c_str(), &two) == 0 && IsSame(one, two);
+FileIdentity IdentityOf(int number) {
+    const auto identity = IdentityOfDescriptor(DescriptorOf(number));
+    if (!identity) Raise(kDeviceIoError);
+    return *identity;
+}
+
+bool IsOpenFile(const FileIdentity& file) {
+    return std::any_of(OpenFiles().begin(), OpenFiles().end(), [&](const auto& open) {
+        return IdentityOfDescriptor(open.second.Descriptor) == file;
+    });
 }
 
 }  // namespace tessel

@@ -3,6 +3,12 @@
 #include <windows.h>
 
 namespace tessel {
+namespace {
+
+/// Not every compiler's headers have a name for it.
+constexpr DWORD kDiskQuotaExceeded = 1295;
+
+}  // namespace
 
 void RaiseHostError(unsigned long hostError) {
     switch (hostError) {
@@ -17,15 +23,25 @@ void RaiseHostError(unsigned long hostError) {
             Raise(kFileAlreadyExists);
         case ERROR_DISK_FULL:
         case ERROR_HANDLE_DISK_FULL:
-        case ERROR_FILE_TOO_LARGE:
             Raise(kDiskFull);
+        case ERROR_NOT_ENOUGH_QUOTA:
+        case kDiskQuotaExceeded:
+            Raise(kDiskFull, "The space that the host grants this user is used up.");
+        case ERROR_FILE_TOO_LARGE:
+            Raise(kDiskFull, "The file is larger than the host allows.");
         case ERROR_SHARING_VIOLATION:
         case ERROR_LOCK_VIOLATION:
             Raise(kPermissionDenied);
-        case ERROR_INVALID_NAME:
-        case ERROR_FILENAME_EXCED_RANGE:
         case ERROR_INVALID_HANDLE:
             Raise(kBadFileNumber);
+        case ERROR_INVALID_NAME:
+            Raise(kPathFileAccessError, "The file system cannot hold such a name.");
+        case ERROR_FILENAME_EXCED_RANGE:
+            Raise(kPathFileAccessError, "The path, or a name in it, is too long for the host.");
+        case ERROR_WRITE_PROTECT:
+            Raise(kPathFileAccessError, "The file system may only be read.");
+        case ERROR_TOO_MANY_OPEN_FILES:
+            Raise(kPathFileAccessError, "Too many files are open.");
         case ERROR_NOT_ENOUGH_MEMORY:
         case ERROR_OUTOFMEMORY:
             Raise(kOutOfMemory);

@@ -2,21 +2,10 @@
 
 #include <windows.h>
 
-#include <ctime>
-
 #include "platform/names.h"
 #include "platform/windows/hostErrors.h"
 
-// The host's headers define a macro of this name.
-#undef DeleteFile
-
 namespace tessel {
-namespace {
-
-DWORD Attributes(const std::string& path) { return GetFileAttributesW(WideText(path).c_str()); }
-
-}  // namespace
-
 char FolderSeparator() { return '\\'; }
 
 std::string SafeName(const std::string& name) { return SafeWindowsName(name); }
@@ -27,65 +16,18 @@ std::string CurrentFolder() {
     return NarrowText(folder);
 }
 
-void ChangeFolder(const std::string& path) {
-    if (SetCurrentDirectoryW(WideText(path).c_str()) != 0) return;
-    const DWORD hostError = GetLastError();
-    if (hostError == ERROR_FILE_NOT_FOUND) Raise(kPathNotFound);
-    RaiseHostError(hostError);
-}
-
-void CreateFolder(const std::string& path) {
-    if (CreateDirectoryW(WideText(path).c_str(), nullptr) == 0) RaiseHostError(GetLastError());
-}
-
 bool FolderExists(const std::string& path) {
-    const DWORD attributes = Attributes(path);
+    const DWORD attributes = GetFileAttributesW(WideText(path).c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 bool FolderCanBeListed(const std::string& path) {
     WIN32_FIND_DATAW entry{};
     HANDLE search = FindFirstFileW(WideText(JoinPath(path, "*")).c_str(), &entry);
-    if (search == INVALID_HANDLE_VALUE)
-        return FolderExists(path) && GetLastError() == ERROR_FILE_NOT_FOUND;
-    FindClose(search);
-    return true;
-}
-
-bool IsRealFolder(const std::string& path) { return FolderExists(path) && !IsLink(path); }
-
-bool IsLink(const std::string& path) {
-    const DWORD attributes = Attributes(path);
-    return attributes != INVALID_FILE_ATTRIBUTES &&
-           (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
-}
-
-bool VisibleFileExists(const std::string& path) {
-    constexpr DWORD kPassedOver =
-        FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-    const DWORD attributes = Attributes(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & kPassedOver) == 0;
-}
-
-void DeleteFile(const std::string& path) {
-    if (DeleteFileW(WideText(path).c_str()) == 0) RaiseHostError(GetLastError());
-}
-
-bool SetModificationTime(const std::string& path, const LocalTime& time) {
-    const auto word = [](int value) { return static_cast<WORD>(value); };
-    const SYSTEMTIME local = {
-        word(time.Year),   word(time.Month),  0, word(time.Day), word(time.Hour),
-        word(time.Minute), word(time.Second), 0};
-    SYSTEMTIME universal{};
-    FILETIME moment{};
-    if (TzSpecificLocalTimeToSystemTime(nullptr, &local, &universal) == 0) return false;
-    if (SystemTimeToFileTime(&universal, &moment) == 0) return false;
-    HANDLE file = CreateFileW(WideText(path).c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ,
-                              nullptr, OPEN_EXISTING, FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return false;
-    const bool set = SetFileTime(file, nullptr, nullptr, &moment) != 0;
-    CloseHandle(file);
-    return set;
+    const DWORD hostError = search == INVALID_HANDLE_VALUE ? GetLastError() : ERROR_SUCCESS;
+    if (hostError == ERROR_SUCCESS) return FindClose(search) != 0;
+    // An empty drive has not even the two entries for itself and its parent.
+    return hostError == ERROR_FILE_NOT_FOUND && FolderExists(path);
 }
 
 std::vector<std::string> HostDrives() {

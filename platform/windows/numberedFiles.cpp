@@ -8,6 +8,7 @@
 #include <optional>
 
 #include "platform/windows/hostErrors.h"
+#include "platform/windows/openFiles.h"
 
 namespace tessel {
 namespace {
@@ -21,50 +22,6 @@ HANDLE HandleOf(int number) {
     const auto file = OpenFiles().find(number);
     if (file == OpenFiles().end()) Raise(kBadFileNumber);
     return file->second;
-}
-
-HANDLE Create(int number, const std::string& path, DWORD access, DWORD disposition, DWORD flags) {
-    if (OpenFiles().contains(number)) Raise(kFileAlreadyOpen);
-    if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
-    constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    HANDLE file = CreateFileW(WideText(path).c_str(), access,
-                              access == GENERIC_READ ? kShare : FILE_SHARE_READ, nullptr,
-                              disposition, flags, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
-        const DWORD hostError = GetLastError();
-        const DWORD attributes = GetFileAttributesW(WideText(path).c_str());
-        const bool folder =
-            attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-        RaiseHostError(folder ? ERROR_ACCESS_DENIED : hostError);
-    }
-    // A pipe or a console has no positions to read at.
-    if (GetFileType(file) != FILE_TYPE_DISK) {
-        CloseHandle(file);
-        Raise(kPathFileAccessError);
-    }
-    return file;
-}
-
-/// What tells a file from every other; nothing when it cannot be opened.
-std::optional<BY_HANDLE_FILE_INFORMATION> Identity(HANDLE file) {
-    BY_HANDLE_FILE_INFORMATION identity{};
-    if (GetFileInformationByHandle(file, &identity) == 0) return std::nullopt;
-    return identity;
-}
-
-std::optional<BY_HANDLE_FILE_INFORMATION> Identity(const std::string& path) {
-    constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    HANDLE file = CreateFileW(WideText(path).c_str(), 0, kShare, nullptr, OPEN_EXISTING,
-                              FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-    if (file == INVALID_HANDLE_VALUE) return std::nullopt;
-    const auto identity = Identity(file);
-    CloseHandle(file);
-    return identity;
-}
-
-bool IsSame(const BY_HANDLE_FILE_INFORMATION& one, const BY_HANDLE_FILE_INFORMATION& other) {
-    return one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
-           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
 }
 
 void WriteAll(HANDLE file, std::span<const Byte> bytes) {
@@ -82,13 +39,31 @@ void WriteAll(HANDLE file, std::span<const Byte> bytes) {
 
 }  // namespace
 
-void OpenForReading(int number, const std::string& path) {
-    OpenFiles()[number] = Create(number, path, GENERIC_READ, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL);
+void RefuseUsedNumber(int number) {
+    if (OpenFiles().contains(number)) Raise(kFileAlreadyOpen);
 }
 
-void OpenForWriting(int number, const std::string& path) {
-    OpenFiles()[number] = Create(number, path, GENERIC_WRITE, CREATE_NEW,
-                                 FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT);
+void AddFileForWriting(int number, void* handle) { OpenFiles()[number] = handle; }
+
+void OpenForReading(int number, const std::string& path) {
+    RefuseUsedNumber(number);
+    if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
+    constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    HANDLE file = CreateFileW(WideText(path).c_str(), GENERIC_READ, kShareAll, nullptr,
+                              OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        const DWORD hostError = GetLastError();
+        const DWORD attributes = GetFileAttributesW(WideText(path).c_str());
+        const bool folder =
+            attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+        RaiseHostError(folder ? ERROR_ACCESS_DENIED : hostError);
+    }
+    // A pipe or a console is no sequence of bytes with places in it.
+    if (GetFileType(file) != FILE_TYPE_DISK) {
+        CloseHandle(file);
+        Raise(kPathFileAccessError);
+    }
+    OpenFiles()[number] = file;
 }
 
 void CloseFile(int number) {
@@ -97,6 +72,14 @@ void CloseFile(int number) {
     HANDLE closing = file->second;
     OpenFiles().erase(file);
     if (CloseHandle(closing) == 0) RaiseHostError(GetLastError());
+}
+
+void AbandonFile(int number) {
+    try {
+        CloseFile(number);
+    } catch (const RuntimeError&) {
+        return;
+    }
 }
 
 void CloseAllFiles() {
@@ -154,20 +137,27 @@ std::function<void(std::span<const Byte>)> WriterOf(int number) {
     return std::bind_front(WriteAll, HandleOf(number));
 }
 
-bool IsOpenFile(const std::string& path) {
-    const auto asked = Identity(path);
-    if (!asked) return false;
-    for (const auto& [number, file] : OpenFiles()) {
-        const auto held = Identity(file);
-        if (held && IsSame(*asked, *held)) return true;
-    }
-    return false;
+bool SetModificationTime(int number, const LocalTime& time) {
+    const auto word = [](int value) { return static_cast<WORD>(value); };
+    const SYSTEMTIME local = {
+        word(time.Year),   word(time.Month),  0, word(time.Day), word(time.Hour),
+        word(time.Minute), word(time.Second), 0};
+    SYSTEMTIME universal{};
+    FILETIME moment{};
+    return TzSpecificLocalTimeToSystemTime(nullptr, &local, &universal) != 0 &&
+           SystemTimeToFileTime(&universal, &moment) != 0 &&
+           SetFileTime(HandleOf(number), nullptr, nullptr, &moment) != 0;
 }
 
-bool IsSameFile(const std::string& path, const std::string& other) {
-    const auto one = Identity(path);
-    const auto two = Identity(other);
-    return one && two && IsSame(*one, *two);
+FileIdentity IdentityOf(int number) {
+    const auto identity = IdentityOfHandle(HandleOf(number));
+    if (!identity) Raise(kDeviceIoError);
+    return *identity;
+}
+
+bool IsOpenFile(const FileIdentity& file) {
+    return std::any_of(OpenFiles().begin(), OpenFiles().end(),
+                       [&](const auto& open) { return IdentityOfHandle(open.second) == file; });
 }
 
 }  // namespace tessel

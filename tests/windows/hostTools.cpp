@@ -50,7 +50,7 @@ BOOL WINAPI Write(HANDLE file, const void* buffer, DWORD count, DWORD* done, OVE
     static auto* const host = HostFunction<decltype(::WriteFile)>("WriteFile");
     LARGE_INTEGER size{};
     if (TheFullSize != INT64_MAX && GetFileSizeEx(file, &size) != 0) {
-        if (size.QuadPart >= TheFullSize) return SetLastError(ERROR_DISK_FULL), 0;
+        if (size.QuadPart >= TheFullSize) return SetLastError(ERROR_FILE_TOO_LARGE), 0;
         count = static_cast<DWORD>(std::min<std::int64_t>(count, TheFullSize - size.QuadPart));
     }
     return host(file, buffer, count, done, at);

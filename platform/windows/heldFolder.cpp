@@ -1,0 +1,266 @@
+#include "platform/heldFolder.h"
+
+#include <windows.h>
+// After windows.h.
+#include <winternl.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "platform/hostFiles.h"
+#include "platform/windows/hostErrors.h"
+#include "platform/windows/openFiles.h"
+
+// The host's headers give some of our names to macros.
+#undef DeleteFile
+#undef CreateFile
+
+extern "C" NTSTATUS NTAPI NtSetInformationFile(HANDLE file, PIO_STATUS_BLOCK status, PVOID data,
+                                               ULONG size, FILE_INFORMATION_CLASS what);
+
+namespace tessel {
+namespace {
+
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+/// Without sharing for deletion, nobody renames or deletes a folder as long as it is open.
+constexpr DWORD kShareFolder = FILE_SHARE_READ | FILE_SHARE_WRITE;
+constexpr DWORD kFolderAccess =
+    FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES | SYNCHRONIZE;
+constexpr ULONG kOpenFolder = FILE_DIRECTORY_FILE | FILE_SYNCHRONOUS_IO_NONALERT;
+constexpr ULONG kOpenItself = FILE_OPEN_REPARSE_POINT | FILE_SYNCHRONOUS_IO_NONALERT;
+
+HANDLE HandleOf(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
+
+/// A handle that is closed when it goes.
+class Opened {
+  public:
+    explicit Opened(HANDLE handle) : Handle(handle) {}
+    ~Opened() {
+        if (Handle != INVALID_HANDLE_VALUE) CloseHandle(Handle);
+    }
+    Opened(const Opened&) = delete;
+    Opened& operator=(const Opened&) = delete;
+    explicit operator bool() const { return Handle != INVALID_HANDLE_VALUE; }
+    operator HANDLE() const { return Handle; }  // NOLINT(google-explicit-constructor)
+
+  private:
+    HANDLE Handle;
+};
+
+/// How to open an entry.
+struct OpenMode {
+    DWORD Access;
+    DWORD Share;
+    ULONG Disposition;  ///< FILE_OPEN or FILE_CREATE
+    ULONG Options;
+};
+
+/// Opens an entry relative to an open folder, which a path cannot do. INVALID_HANDLE_VALUE when the
+/// host refuses, with the reason as the last error.
+HANDLE OpenRelative(std::intptr_t folder, const std::string& name, const OpenMode& mode) {
+    std::wstring wide = WideText(name);
+    const auto bytes = static_cast<USHORT>(wide.size() * sizeof(wchar_t));
+    UNICODE_STRING text = {bytes, bytes, wide.data()};
+    OBJECT_ATTRIBUTES entry{};
+    InitializeObjectAttributes(&entry, &text, OBJ_CASE_INSENSITIVE, HandleOf(folder), nullptr);
+    IO_STATUS_BLOCK done{};
+    HANDLE handle = INVALID_HANDLE_VALUE;
+    const NTSTATUS status =
+        NtCreateFile(&handle, mode.Access, &entry, &done, nullptr, FILE_ATTRIBUTE_NORMAL,
+                     mode.Share, mode.Disposition, mode.Options, nullptr, 0);
+    if (status >= 0) return handle;
+    SetLastError(RtlNtStatusToDosError(status));
+    return INVALID_HANDLE_VALUE;
+}
+
+std::optional<BY_HANDLE_FILE_INFORMATION> Information(HANDLE file) {
+    BY_HANDLE_FILE_INFORMATION information{};
+    if (GetFileInformationByHandle(file, &information) == 0) return std::nullopt;
+    return information;
+}
+
+FileIdentity IdentityOf(const BY_HANDLE_FILE_INFORMATION& information) {
+    return {information.dwVolumeSerialNumber,
+            std::uint64_t{information.nFileIndexHigh} << 32 | information.nFileIndexLow};
+}
+
+/// Whether an open entry stands for another one: a symbolic link, a junction, a mount point.
+bool IsLinkHandle(HANDLE file) {
+    FILE_ATTRIBUTE_TAG_INFO tag{};
+    return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &tag, sizeof tag) != 0 &&
+           (tag.FileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+           IsReparseTagNameSurrogate(tag.ReparseTag);
+}
+
+EntryKind KindOf(DWORD attributes, bool isLink) {
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        return isLink ? EntryKind::kLink : EntryKind::kFolder;
+    }
+    const bool hidden = (attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) != 0;
+    return hidden ? EntryKind::kHiddenFile : EntryKind::kFile;
+}
+
+[[noreturn]] void RaiseCreateError(DWORD hostError, const std::string& folder) {
+    if (hostError == ERROR_FILE_NOT_FOUND || hostError == ERROR_PATH_NOT_FOUND) {
+        Raise(kPathNotFound, "The folder is not there any more: " + folder);
+    }
+    if (hostError == ERROR_ACCESS_DENIED) {
+        Raise(kPathFileAccessError, "The folder may not be written: " + folder);
+    }
+    RaiseHostError(hostError);
+}
+
+[[noreturn]] void RaiseDeleteError(DWORD hostError, const std::string& folder) {
+    if (hostError == ERROR_ACCESS_DENIED) {
+        Raise(kPathFileAccessError, "The file may not be deleted in this folder: " + folder);
+    }
+    RaiseHostError(hostError);
+}
+
+}  // namespace
+
+std::optional<FileIdentity> IdentityOfHandle(void* handle) {
+    const auto information = Information(handle);
+    if (!information) return std::nullopt;
+    return IdentityOf(*information);
+}
+
+std::optional<FileIdentity> IdentityAt(const std::string& path) {
+    const Opened file(CreateFileW(WideText(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    return file ? IdentityOfHandle(file) : std::nullopt;
+}
+
+HeldFolder::HeldFolder(const std::string& path)
+    : OwnPath(path),
+      Handle(reinterpret_cast<std::intptr_t>(
+          CreateFileW(WideText(path.empty() ? "." : path).c_str(), kFolderAccess, kShareFolder,
+                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr))) {
+    if (Handle == -1) {
+        const DWORD hostError = GetLastError();
+        if (hostError == ERROR_FILE_NOT_FOUND) Raise(kPathNotFound);
+        RaiseHostError(hostError);
+    }
+    const auto information = Information(HandleOf(Handle));
+    if (information && (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return;
+    CloseHandle(HandleOf(Handle));
+    Raise(kPathNotFound, "A file is in the place of a folder.");
+}
+
+HeldFolder::HeldFolder(const HeldFolder& parent, const std::string& name)
+    : OwnPath(JoinPath(parent.OwnPath, name)) {
+    parent.RefuseLongPath(name);
+    Handle = reinterpret_cast<std::intptr_t>(OpenRelative(
+        parent.Handle, name, {kFolderAccess, kShareFolder, FILE_OPEN, kOpenFolder | kOpenItself}));
+    const DWORD hostError = Handle == -1 ? GetLastError() : ERROR_SUCCESS;
+    if (hostError == ERROR_FILE_NOT_FOUND) Raise(kPathNotFound);
+    if (hostError != ERROR_SUCCESS && hostError != ERROR_DIRECTORY) RaiseHostError(hostError);
+    const bool link = hostError == ERROR_SUCCESS && IsLinkHandle(HandleOf(Handle));
+    if (hostError == ERROR_SUCCESS && !link) return;
+    if (Handle != -1) CloseHandle(HandleOf(Handle));
+    Raise(kFileAlreadyExists, (link ? "A symbolic link is in the place of the folder: "
+                                    : "A file is in the place of the folder: ") +
+                                  OwnPath);
+}
+
+HeldFolder::HeldFolder(HeldFolder&& other) noexcept
+    : OwnPath(std::move(other.OwnPath)), Handle(std::exchange(other.Handle, -1)) {}
+
+HeldFolder& HeldFolder::operator=(HeldFolder&& other) noexcept {
+    std::swap(OwnPath, other.OwnPath);
+    std::swap(Handle, other.Handle);
+    return *this;
+}
+
+HeldFolder::~HeldFolder() {
+    if (Handle != -1) CloseHandle(HandleOf(Handle));
+}
+
+FileIdentity HeldFolder::Identity() const {
+    const auto identity = IdentityOfHandle(HandleOf(Handle));
+    if (!identity) RaiseHostError(GetLastError());
+    return *identity;
+}
+
+void HeldFolder::MakeCurrent() const {
+    // By its path, which leads to it as long as it is open.
+    if (SetCurrentDirectoryW(WideText(OwnPath).c_str()) == 0) RaiseHostError(GetLastError());
+}
+
+FolderEntry HeldFolder::Look(const std::string& name) const {
+    const OpenMode look = {FILE_READ_ATTRIBUTES | SYNCHRONIZE, kShareAll, FILE_OPEN, kOpenItself};
+    const Opened file(OpenRelative(Handle, name, look));
+    const auto information = file ? Information(file) : std::nullopt;
+    if (!information) return {};
+    const FileIdentity identity = IdentityOf(*information);
+    const bool isLink = IsLinkHandle(file);
+    FolderEntry entry = {KindOf(information->dwFileAttributes, isLink), isLink, identity, identity};
+    if (isLink) {
+        const Opened target(OpenRelative(
+            Handle, name,
+            {look.Access, look.Share, look.Disposition, FILE_SYNCHRONOUS_IO_NONALERT}));
+        const auto led = target ? Information(target) : std::nullopt;
+        if (led) entry.Target = IdentityOf(*led);
+        if (!led) entry.Kind = EntryKind::kLink;
+    }
+    return entry;
+}
+
+void HeldFolder::CreateFolder(const std::string& name) const {
+    RefuseLongPath(name);
+    const Opened folder(OpenRelative(
+        Handle, name, {FILE_READ_ATTRIBUTES | SYNCHRONIZE, kShareAll, FILE_CREATE, kOpenFolder}));
+    if (!folder) RaiseCreateError(GetLastError(), OwnPath);
+}
+
+void HeldFolder::CreateFile(int number, const std::string& name) const {
+    RefuseUsedNumber(number);
+    RefuseLongPath(name);
+    // Shared for deletion too, so that it can be renamed while it is open.
+    HANDLE file = OpenRelative(Handle, name,
+                               {FILE_GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                FILE_CREATE, FILE_NON_DIRECTORY_FILE | kOpenItself});
+    if (file == INVALID_HANDLE_VALUE) RaiseCreateError(GetLastError(), OwnPath);
+    AddFileForWriting(number, file);
+}
+
+void HeldFolder::Rename(const std::string& from, const std::string& to) const {
+    const Opened file(
+        OpenRelative(Handle, from, {DELETE | SYNCHRONIZE, kShareAll, FILE_OPEN, kOpenItself}));
+    if (!file) RaiseDeleteError(GetLastError(), OwnPath);
+    const std::wstring name = WideText(to);
+    const std::size_t bytes = name.size() * sizeof(wchar_t);
+    std::vector<FILE_RENAME_INFO> room(2 + bytes / sizeof(FILE_RENAME_INFO));
+    FILE_RENAME_INFO& target = room.front();
+    target.ReplaceIfExists = TRUE;
+    target.RootDirectory = HandleOf(Handle);
+    target.FileNameLength = static_cast<DWORD>(bytes);
+    std::copy(name.begin(), name.end(), target.FileName);
+    constexpr auto kRename = static_cast<FILE_INFORMATION_CLASS>(10);  // FileRenameInformation
+    IO_STATUS_BLOCK done{};
+    const NTSTATUS status = NtSetInformationFile(
+        file, &done, &target, static_cast<ULONG>(sizeof target + bytes), kRename);
+    if (status < 0) RaiseDeleteError(RtlNtStatusToDosError(status), OwnPath);
+}
+
+void HeldFolder::DeleteFile(const std::string& name) const {
+    const Opened file(OpenRelative(
+        Handle, name,
+        {DELETE | SYNCHRONIZE, kShareAll, FILE_OPEN, FILE_NON_DIRECTORY_FILE | kOpenItself}));
+    FILE_DISPOSITION_INFO gone{TRUE};
+    if (!file || SetFileInformationByHandle(file, FileDispositionInfo, &gone, sizeof gone) == 0) {
+        RaiseDeleteError(GetLastError(), OwnPath);
+    }
+}
+
+void HeldFolder::RefuseLongPath(const std::string& name) const {
+    if (name.empty() || name.find('\0') != name.npos) Raise(kBadFileNumber);
+    // Relative to an open folder the host takes paths of any length, but most programs cannot open
+    // them.
+    if (WideText(JoinPath(OwnPath, name)).size() >= MAX_PATH) {
+        RaiseHostError(ERROR_FILENAME_EXCED_RANGE);
+    }
+}
+
+}  // namespace tessel
