@@ -87,7 +87,7 @@ void formTessel::RunGuarded(const std::function<void()>& handler) {
         TheHost.MessageBox(text, "Error");
     };
     {
-        // Until the box of an error is closed, too.
+        // Includes the time that the message box of an error is shown.
         const struct Running {
             int& Count;
             explicit Running(int& count) : Count(count) { ++Count; }
@@ -169,7 +169,7 @@ void formTessel::SetBusy(bool flag) {
 }
 
 void formTessel::EnableStop() {
-    // As designed, it is enabled until the busy state is left for the first time.
+    // STOP is enabled at the start, until the busy state is left for the first time.
     cmdABORT.Enabled = Busy || SavingText || !WasBusy;
 }
 

@@ -76,7 +76,7 @@ struct formTessel {
     bool ExitIsPending() const { return ExitPending; }
     /// Opens an image that the user dropped on the window or that the desktop passed, as Open does
     /// after its dialog. `title` is its file name. During a long operation, and while a dialog
-    /// waits for its answer, a message box refuses it.
+    /// waits for its answer, shows a message box instead.
     void DropImage(const std::string& path, const std::string& title);
 
     /// Closes drive slot `index` (0 to 3, any other raises 9) and returns the window to its state
@@ -156,7 +156,7 @@ struct formTessel {
     bool ExitPending = false;   // Exit was chosen while the image was in use
     std::string LastDirName{};  // the folder last chosen through GetDirName in this run
     bool SaveAllRunning = false;
-    bool WasBusy = false;           // the busy state was left at least once
+    bool WasBusy = false;           // the busy state has been left at least once
     bool SavingText = false;        // Save Display is running
     bool StopSaving = false;        // the running Save Display stops at its next part
     bool SavingWithinView = false;  // it was started while a view processed events

@@ -17,7 +17,7 @@
 namespace tessel {
 namespace {
 
-/// Runs a function at the end of a scope.
+/// Calls a function when its scope is left.
 class ScopeGuard {
   public:
     explicit ScopeGuard(std::function<void()> atEnd) : AtEnd(std::move(atEnd)) {}

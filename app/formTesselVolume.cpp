@@ -67,7 +67,7 @@ void formTessel::mnuOpen_Click() {
 }
 
 void formTessel::DropImage(const std::string& path, const std::string& title) {
-    // The window may have begun something since the drop.
+    // Since the drop, the window may have started an operation or opened a dialog.
     const bool working = !MayOpen();
     const bool waiting = RunningHandlers > 0;
     RunGuarded([=, this] {

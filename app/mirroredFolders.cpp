@@ -12,7 +12,7 @@
 namespace tessel {
 namespace {
 
-/// Opens a folder below another one, and creates it where nothing has its name.
+/// Opens the folder `name` in `parent`, and creates it first if nothing has its name.
 HeldFolder OpenOrCreate(const HeldFolder& parent, const std::string& name) {
     try {
         return {parent, name};
@@ -22,7 +22,7 @@ HeldFolder OpenOrCreate(const HeldFolder& parent, const std::string& name) {
     try {
         parent.CreateFolder(name);
     } catch (const RuntimeError& error) {
-        // Somebody else was faster.
+        // Another program has just created it.
         if (error.Number != kFileAlreadyExists) throw;
     }
     return {parent, name};
@@ -71,15 +71,15 @@ bool MirroredFolders::Save(Long row, const std::string& fileName) {
 }
 
 void MirroredFolders::Enter() {
-    // A level that lost its name to something else is opened anew, or found not to be a folder.
-    std::size_t held = 1;
-    while (held < Open.size()) {
-        const FolderEntry entry = Open[held - 1].Folder.Look(Names[held - 1]);
-        if (entry.Kind != EntryKind::kFolder || entry.Identity != Open[held].Own) break;
-        ++held;
+    // From the first level on whose name now leads to something else, the levels are opened again.
+    std::size_t valid = 1;
+    while (valid < Open.size()) {
+        const FolderEntry entry = Open[valid - 1].Folder.Look(Names[valid - 1]);
+        if (entry.Kind != EntryKind::kFolder || entry.Identity != Open[valid].Own) break;
+        ++valid;
     }
-    if (held == Paths.size()) return;
-    Open.erase(Open.begin() + static_cast<std::ptrdiff_t>(held), Open.end());
+    if (valid == Paths.size()) return;
+    Open.erase(Open.begin() + static_cast<std::ptrdiff_t>(valid), Open.end());
     while (Open.size() < Paths.size()) {
         Open.emplace_back(OpenOrCreate(Open.back().Folder, Names[Open.size() - 1]));
         Open.back().Folder.MakeCurrent();
@@ -91,8 +91,8 @@ void MirroredFolders::CreateFile(const std::string& safeName) {
     const FolderEntry first = Open.back().Folder.Look(safeName);
     if (!IsOfThisRun(safeName, first)) return Replace(safeName, first);
 
-    // An image can hold thousands of files of one name, and of names that lead to the same ones:
-    // each goes on where the last one ended, and soon in larger steps.
+    // An image can contain thousands of files with one name, or with names that give the same host
+    // name: each starts at the number after the last one used, and the steps soon grow.
     constexpr int kSteadySteps = 8;
     constexpr int kMostSteps = 40;
     std::int64_t& number = NextNumber.try_emplace(first.Identity, 2).first->second;
@@ -124,8 +124,8 @@ void MirroredFolders::Replace(const std::string& name, const FolderEntry& entry)
 }
 
 void MirroredFolders::Remember(const std::string& name) {
-    // Some file systems, FAT among them, forget a file's identity together with its place in
-    // memory; its name then has to do.
+    // On some file systems, FAT among them, an identity changes when the kernel drops the file from
+    // its cache; names are compared too.
     CreatedNames.insert(name);
     try {
         Created.insert(IdentityOf(kTargetFile));

@@ -19,12 +19,12 @@ class LineEnds {
     bool PendingCr = false;
 };
 
-/// The number of the file that the display is saved to: its own, so that a copy can run meanwhile.
+/// The file number of Save Display, different from kTargetFile because a copy can run meanwhile.
 inline constexpr int kTextFile = 21;
 
-/// Writes a display's text as UTF-8 with CR LF to the file that is open under kTextFile and closes
-/// it. Processes pending events between the parts of the text. False when they set `stop`: the file
-/// then holds the first parts. Raises what writing and closing a file raise.
+/// Writes a display's text as UTF-8 with CR LF to the file that is open under kTextFile, and closes
+/// it. Processes pending events between the parts of the text; returns false when an event sets
+/// `stop`: the file then holds the first parts. Raises the errors of WriteFile and CloseFile.
 bool WriteTextFile(const TextDisplay& display, const bool& stop);
 
 }  // namespace tessel

@@ -14,16 +14,17 @@ struct FileIdentity {
     auto operator<=>(const FileIdentity&) const = default;
 };
 
-/// The identity of what `path` leads to, links followed; nothing when nothing is there.
+/// Returns the identity of the file or folder at `path`, following links; nullopt when there is
+/// none or the host does not say.
 std::optional<FileIdentity> IdentityAt(const std::string& path);
 
 enum class EntryKind {
     kNothing,
-    kFile,        ///< a visible plain file, or a visible link to a plain file
-    kHiddenFile,  ///< the same, but hidden or a system file (on hosts without attributes, a leading
-                  ///< point hides)
-    kFolder,      ///< a folder itself, not a link to one
-    kLink,        ///< a link to anything else, or to nothing
+    kFile,        ///< a visible regular file, or a visible link to a regular file
+    kHiddenFile,  ///< the same, but hidden or a system file (on hosts without attributes, a file
+                  ///< whose name begins with a point)
+    kFolder,      ///< a folder, not a link to one
+    kLink,        ///< a link to anything else, or a broken link
     kOther,       ///< a pipe, a socket, a device
 };
 
@@ -32,21 +33,21 @@ struct FolderEntry {
     EntryKind Kind = EntryKind::kNothing;
     bool IsLink = false;
     FileIdentity Identity{};  ///< of the entry itself
-    FileIdentity Target{};    ///< of what it leads to: the same, except for a link
+    FileIdentity Target{};    ///< of the target of a link, otherwise the same
 };
 
-/// A folder that is opened once and stays open. Entries are created, looked up and deleted relative
-/// to the open folder and never through a link, so another folder or a link that takes its name
-/// meanwhile gets nothing of it; where the host allows, nobody can rename the folder meanwhile.
-/// Names are single names (see SafeName). Errors carry their cause where their description does not
-/// say enough; each function raises 75 for a path that is longer than other programs could open.
+/// A handle of an open folder. Entries are created, looked up and deleted relative to the handle
+/// and never through a link, so another folder or a link that takes the folder's name meanwhile has
+/// no effect; where the host supports it, the folder cannot be renamed while it is open. Names are
+/// single names (see SafeName). Errors have a cause where their description does not say enough.
+/// Each function raises 75 for a path that is too long for other programs.
 class HeldFolder {
   public:
-    /// Opens the folder at `path`, links followed. Raises 76 when there is none, 75 when the host
-    /// refuses.
+    /// Opens the folder at `path`, following links. Raises 76 when there is none, 75 when the host
+    /// denies access.
     explicit HeldFolder(const std::string& path);
-    /// Opens the folder `name` in `parent`. Raises 76 when nothing has this name, 58 when a link or
-    /// a file has.
+    /// Opens the folder `name` in `parent`. Raises 76 when nothing has this name, 58 when it is a
+    /// link or a file.
     HeldFolder(const HeldFolder& parent, const std::string& name);
     HeldFolder(HeldFolder&& other) noexcept;
     HeldFolder& operator=(HeldFolder&& other) noexcept;
@@ -54,31 +55,32 @@ class HeldFolder {
     HeldFolder& operator=(const HeldFolder&) = delete;
     ~HeldFolder();
 
-    /// The path by which it was opened.
+    /// The path of the folder when it was opened.
     const std::string& Path() const { return OwnPath; }
-    /// Raises 75 when the host refuses.
+    /// Raises 75 when the host does not say.
     FileIdentity Identity() const;
-    /// Makes it the process's current folder. Raises 75 when it may not be entered.
+    /// Makes the folder the process's current one. Raises 75 when the host denies access.
     void MakeCurrent() const;
 
-    /// An entry that cannot be looked up counts as nothing.
+    /// Looks up the entry `name`; kNothing when there is none or it cannot be looked up.
     FolderEntry Look(const std::string& name) const;
-    /// Raises 58 when something has this name, 75 or 61 as the host says.
+    /// Raises 58 when an entry has this name, 75 when the host denies access, 61 when the disk is
+    /// full.
     void CreateFolder(const std::string& name) const;
     /// Creates a new file and opens it for writing under `number` (see numberedFiles.h). Raises 55
-    /// when the number is in use, 58 when something has this name, 75 or 61 as the host says.
+    /// when the number is in use, and as CreateFolder does.
     void CreateFile(int number, const std::string& name) const;
-    /// Renames an entry, also a file that is open. A file or a link that has the new name is
-    /// deleted in the same step. Raises 75, or 70 while somebody else holds a file.
+    /// Renames an entry, even an open file, and replaces a file or a link with the new name in the
+    /// same step. Raises 75 when the host denies access, 70 when another program uses a file.
     void Rename(const std::string& from, const std::string& to) const;
-    /// Deletes a file, or a link itself. Raises 53 when nothing is there, 75 and 70 as above.
+    /// Deletes a file, or a link itself. Raises 53 when there is no such entry, and as Rename does.
     void DeleteFile(const std::string& name) const;
 
   private:
     void RefuseLongPath(const std::string& name) const;
 
     std::string OwnPath;
-    std::intptr_t Handle;  ///< of the host; -1 once moved from
+    std::intptr_t Handle;  ///< the host's handle; -1 after a move
 };
 
 }  // namespace tessel

@@ -32,7 +32,7 @@ struct CommonDialog {
     Long Flags = 0;            ///< FileDialogFlag bits
     bool CancelError = false;  ///< whether Cancel raises 32755
     Long FilterIndex = 1;      ///< the preselected pair, counted from 1
-    /// Why nothing can be saved at a path, a sentence; "" when something can.
+    /// in: returns a sentence that says why no file can be saved at `path`, "" when it can
     std::function<std::string(const std::string& path)> Refusal{};
 };
 

@@ -11,33 +11,33 @@ namespace tessel {
 
 /// The character between a folder and a name.
 char FolderSeparator();
-/// Everything of `path` up to and including its last separator; "" when it holds none.
+/// The part of `path` up to and including its last separator; "" when it has none.
 std::string FolderOf(const std::string& path);
-/// What follows the last separator of `path`.
+/// The part of `path` after its last separator.
 std::string FileTitleOf(const std::string& path);
-/// `folder`, a separator where it does not end in one, and `name`.
+/// `folder` and `name`, with a separator between them unless `folder` ends in one or is "".
 std::string JoinPath(const std::string& folder, const std::string& name);
 
-/// `name` as the host can and should take it as the name of one file or folder: a separator, a
-/// control character, and whatever else the host refuses or reads as something else (".", "..", on
-/// Windows also a device name and a trailing blank or point) becomes "_"; never empty; cut to 255
-/// bytes, at a whole character and keeping a short extension.
+/// `name` made safe as the name of one file or folder on this host. Separators, control characters
+/// and all else that the host rejects or interprets (".", "..", on Windows also device names and
+/// trailing blanks or points) become "_". Never empty; at most 255 bytes, cut before a whole
+/// character and keeping a short extension.
 std::string SafeName(const std::string& name);
-/// A safe name with " (NUMBER)" before its extension, cut so that it stays within 255 bytes.
+/// `safeName` with " (NUMBER)" before its extension, cut to at most 255 bytes.
 std::string NumberedName(const std::string& safeName, std::int64_t number);
 
 /// The process's current folder, without a trailing separator except at a root.
 std::string CurrentFolder();
-/// Whether a folder stands at `path`, links followed.
+/// Whether `path` is a folder, following links.
 bool FolderExists(const std::string& path);
-/// Whether a folder stands at `path` whose content the host shows.
+/// Whether `path` is a folder whose entries the user may list.
 bool FolderCanBeListed(const std::string& path);
-/// The drives (where there are no drive letters: the folders of the mounted file systems), in the
-/// order in which a list shows them; never empty.
+/// The host's drives (on hosts without drive letters, the mount points of its file systems), in
+/// display order; never empty.
 std::vector<std::string> HostDrives();
-/// The drive of HostDrives that `path` lies on; "" when there is none.
+/// The drive that holds `path`; "" when there is none.
 std::string DriveOf(const std::string& path);
-/// The topmost folder of a drive.
+/// The root folder of a drive.
 std::string DriveRoot(const std::string& drive);
 
 }  // namespace tessel

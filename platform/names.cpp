@@ -12,10 +12,11 @@ namespace {
 constexpr std::size_t kLongestName = 255;
 constexpr std::size_t kLongestExtension = 16;
 
-bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+/// Whether `c` is a byte of a UTF-8 character except its first.
+bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
-/// Turns control characters and the characters of `refused` into "_". The controls 80 to 9F are two
-/// bytes of UTF-8, of which the first is C2.
+/// Replaces control characters and the characters in `refused` by "_". The control characters 80 to
+/// 9F are two bytes in UTF-8, the first of which is C2.
 std::string Replaced(const std::string& name, std::string_view refused) {
     std::string safe;
     for (std::size_t i = 0; i < name.size(); ++i) {
@@ -29,20 +30,20 @@ std::string Replaced(const std::string& name, std::string_view refused) {
     return safe;
 }
 
-/// The last point of `name` and what follows, when that is short and not the whole name.
+/// The extension of `name` with its point; "" when it is too long to be kept or the whole name.
 std::string ShortExtension(const std::string& name) {
     const std::size_t point = name.rfind('.');
     if (point == std::string::npos || point == 0) return "";
     return name.size() - point <= kLongestExtension ? name.substr(point) : "";
 }
 
-/// `name` with `inserted` before its short extension, cut there to at most kLongestName bytes and
-/// whole characters.
+/// `name` with `inserted` before its short extension, and cut there, between characters, to at most
+/// kLongestName bytes.
 std::string Shortened(const std::string& name, const std::string& inserted = "") {
     const std::string extension = ShortExtension(name);
     const std::size_t stem = name.size() - extension.size();
     std::size_t length = std::min(stem, kLongestName - extension.size() - inserted.size());
-    while (length > 0 && length < stem && Continues(name[length])) --length;
+    while (length > 0 && length < stem && IsContinuation(name[length])) --length;
     return name.substr(0, length) + inserted + extension;
 }
 
@@ -58,7 +59,7 @@ bool IsDeviceName(const std::string& name) {
            stem[3] >= '0' && stem[3] <= '9';
 }
 
-std::string NotEmptyNorDots(const std::string& name) {
+std::string WithoutDotNames(const std::string& name) {
     if (name.empty()) return "_";
     if (name == "." || name == "..") return std::string(name.size(), '_');
     return name;
@@ -67,15 +68,15 @@ std::string NotEmptyNorDots(const std::string& name) {
 }  // namespace
 
 std::string SafePosixName(const std::string& name) {
-    return NotEmptyNorDots(Shortened(Replaced(name, "/")));
+    return WithoutDotNames(Shortened(Replaced(name, "/")));
 }
 
 std::string SafeWindowsName(const std::string& name) {
     std::string safe = Shortened(Replaced(name, "<>:\"/\\|?*"));
     if (IsDeviceName(safe)) safe = Shortened("_" + safe);
-    // A closing blank or point would be dropped, and another file meant.
+    // Windows drops trailing blanks and points, and would use another file.
     for (auto c = safe.rbegin(); c != safe.rend() && (*c == ' ' || *c == '.'); ++c) *c = '_';
-    return NotEmptyNorDots(safe);
+    return WithoutDotNames(safe);
 }
 
 std::string NumberedName(const std::string& safeName, std::int64_t number) {

@@ -9,23 +9,23 @@
 #include "platform/heldFolder.h"
 #include "platform/runtimeError.h"
 
-/// Files by number, each open for reading or for writing as a plain sequence of bytes. Offsets
-/// count from 0. A number that is not open raises 52. HeldFolder creates those for writing.
+/// Open files by number, each for reading or for writing bytes. Offsets count from 0. A number that
+/// is not open raises 52. HeldFolder::CreateFile opens a file for writing.
 namespace tessel {
 
 /// The last offset that can be read: positions are counted from 1 in signed 32 bits.
 inline constexpr std::int64_t kLastFileOffset = 2147483646;
 
-/// Opens a file for reading; it is never written. Raises 55 when the number is in use, 53 for a
-/// missing file, 76 for a missing folder, 75 for a folder, a pipe, a socket or a file that may not
-/// be read (none of them blocks), 57 for a failing medium.
+/// Opens a file for reading, without blocking. Raises 55 when the number is in use, 53 for a
+/// missing file, 76 for a missing folder, 75 for a folder, a pipe, a socket or a file that the user
+/// may not read, 57 for a failing medium.
 void OpenForReading(int number, const std::string& path);
 
 /// Closes a file; does nothing for a number that is not open. Raises 61 or 57 when the host cannot
 /// store what was written; the number is free all the same.
 void CloseFile(int number);
 void CloseAllFiles();
-/// CloseFile on the way out of another error: raises nothing.
+/// As CloseFile, but raises nothing: for use after another error.
 void AbandonFile(int number);
 
 bool FileIsOpen(int number);
@@ -47,17 +47,17 @@ void WriteFile(int number, std::span<const Byte> bytes);
 /// Returns WriteFile for one file, to be called by one thread at a time while the file is open.
 std::function<void(std::span<const Byte>)> WriterOf(int number);
 
-/// A calendar moment of local time.
+/// A date and time in the host's time zone.
 struct LocalTime {
     int Year, Month, Day, Hour, Minute, Second;
 };
-/// Gives a file that is open for writing a modification time, which it keeps unless more is
-/// written. False when the host refuses.
+/// Sets the modification time of a file that is open for writing. Writing to it later changes the
+/// time again. Returns false when the host cannot set it.
 bool SetModificationTime(int number, const LocalTime& time);
 
-/// Raises 57 when the host does not say.
+/// The identity of an open file. Raises 57 when the host does not say.
 FileIdentity IdentityOf(int number);
-/// Whether a file is open under any number.
+/// Whether `file` is open under any number.
 bool IsOpenFile(const FileIdentity& file);
 
 }  // namespace tessel

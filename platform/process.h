@@ -2,8 +2,8 @@
 
 namespace tessel {
 
-/// Prepares the process, before anything else in main: the standard streams carry bytes unchanged,
-/// and the host loads no library from the current folder, where files from an image may lie.
+/// Call first in main. Makes the standard streams binary, and stops the host from loading libraries
+/// from the current folder, which may contain files saved from an image.
 void PrepareProcess();
 
 }  // namespace tessel

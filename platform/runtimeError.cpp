@@ -21,12 +21,12 @@ constexpr std::array kErrors = {
     ErrorRow{kFileNotFound, "File not found"},                 // no such file in its folder
     ErrorRow{kFileAlreadyOpen, "File already open"},      // a number in use; the image as target
     ErrorRow{kDeviceIoError, "Device I/O error"},         // a failing medium
-    ErrorRow{kFileAlreadyExists, "File already exists"},  // creating what stands there
+    ErrorRow{kFileAlreadyExists, "File already exists"},  // creating an existing entry
     ErrorRow{kDiskFull, "Disk full"},                     // no space, or over the quota
-    ErrorRow{kPermissionDenied, "Permission denied"},     // a file that somebody else holds
-    ErrorRow{kPathFileAccessError, "Path/File access error"},  // no access, or no plain file
-    ErrorRow{kPathNotFound, "Path not found"},                 // a folder that is not there
-    ErrorRow{kCancelled, "Cancel was selected."},              // a dialog that was cancelled
+    ErrorRow{kPermissionDenied, "Permission denied"},     // a file in use by another program
+    ErrorRow{kPathFileAccessError, "Path/File access error"},  // no access, or not a regular file
+    ErrorRow{kPathNotFound, "Path not found"},                 // a missing folder
+    ErrorRow{kCancelled, "Cancel was selected."},              // Cancel in a dialog
 };
 
 }  // namespace

@@ -12,7 +12,7 @@ constexpr const char* kNetworkShareHint =
 constexpr const char* kHiddenHint = "File may be Hidden or System";
 constexpr const char* kLineEnd = "\r\n";
 
-/// `report` with one more line, unless that is "".
+/// `report` with `line` appended, unless that is "".
 std::string WithLine(std::string report, const std::string& line) {
     if (line.empty()) return report;
     if (!report.ends_with(kLineEnd)) report += kLineEnd;

@@ -7,12 +7,12 @@
 
 namespace tessel {
 
-/// The report of a file that cannot be opened, an image or a host file to write: the error, a hint
-/// (for 75 two lines about network shares), and the path; then the error's cause, if it has one.
-/// Lines end with CR LF, except for the last.
+/// Returns the message for an image or a host file that cannot be opened: the error, for 75 a hint
+/// of two lines about network shares, the path, and the error's cause if it has one. Lines are
+/// separated by CR LF.
 std::string OpenErrorReport(const RuntimeError& error, const std::string& path);
 
-/// What a save was doing when an error ended it.
+/// The step of a save that an error ended.
 enum class SaveStep {
     kEnterFolder,  ///< entering the folder that the user chose
     kCreate,       ///< creating the file, or deleting the one that it replaces
@@ -21,18 +21,18 @@ enum class SaveStep {
     kWriteText,
 };
 
-/// Shows the errors of one save command, each in a message box with the error, the step, the path
+/// Shows the errors of one save command in message boxes, each with the error, the step, the path
 /// and the cause.
 class SaveErrors {
   public:
-    /// With `manyFiles`, an error is shown once: those that differ from it in nothing except the
-    /// path are left out, and each box says so.
+    /// With `manyFiles`, errors that differ only in the path are shown once, and the box says that
+    /// others are only listed.
     explicit SaveErrors(bool manyFiles = false) : ManyFiles(manyFiles) {}
     void Show(SaveStep step, const RuntimeError& error, const std::string& path);
 
   private:
     bool ManyFiles;
-    std::set<std::string> Shown;  // reports without their path
+    std::set<std::string> Shown;  // messages without their path
 };
 
 }  // namespace tessel

@@ -13,12 +13,12 @@
 namespace tessel {
 namespace {
 
-/// Closes the target when the copy ends, however it ends.
+/// Closes the target on every way out of the copy.
 struct TargetCloser {
     ~TargetCloser() { AbandonFile(kTargetFile); }
 };
 
-/// The entry's modification date and time, when every field of it is in range.
+/// The entry's modification date and time, nullopt when a field is out of range.
 std::optional<LocalTime> ModificationTime(const DirEntry& e) {
     const LocalTime t = {.Year = (e.ModifyDate >> 9) + 1980,
                          .Month = e.ModifyDate >> 5 & 15,

@@ -7,7 +7,7 @@
 namespace tessel {
 namespace {
 
-/// Creates a file under a name that nothing has, and returns the name.
+/// Creates a file under an unused name, and returns the name.
 std::string CreateTemporary(int number, const HeldFolder& folder) {
     constexpr int kMostTries = 100;
     for (int i = 1;; ++i) {

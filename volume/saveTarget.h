@@ -7,22 +7,21 @@
 /// The host file that a save writes to.
 namespace tessel {
 
-/// Creates the file `name` in `folder` and opens it for writing under `number`. A visible file of
-/// that name is replaced, which the old one only notices once the new one is created. Raises what
-/// RefuseTarget raises, and what creating, renaming and deleting files raise; nothing has changed
-/// then.
+/// Creates the file `name` in `folder` and opens it for writing under `number`. A visible file with
+/// that name is replaced, but only after the new one could be created. Raises the errors of
+/// RefuseTarget, and those of creating and renaming a file; the old file is then unchanged.
 void CreateTarget(int number, const HeldFolder& folder, const std::string& name);
-/// As above, for a name that is known to be taken by what `entry` says.
+/// As CreateTarget, for a name that `entry` is known to have.
 void ReplaceTarget(int number, const HeldFolder& folder, const std::string& name,
                    const FolderEntry& entry);
 
-/// Raises the error for which a save does not replace `entry`: 55 for the image of the window and
-/// for a file that is being written, under whatever name or link; 58 for a hidden file, a link to
-/// no file, a pipe or a device; 75 for a folder.
+/// Raises an error if a save must not replace `entry`: 55 for the window's image and for a file
+/// that is being written, under any name or link; 58 for a hidden file, a link that leads to no
+/// file, a pipe or a device; 75 for a folder.
 void RefuseTarget(const FolderEntry& entry);
-/// Whether RefuseTarget raises nothing and something is there to replace.
+/// Whether `entry` is a file that a save may replace.
 bool MayReplace(const FolderEntry& entry);
-/// Why a save would refuse `path` for what is there; "" when it would not.
+/// Returns the cause for which a save would refuse to replace the entry at `path`, "" for none.
 std::string TargetRefusal(const std::string& path);
 
 }  // namespace tessel

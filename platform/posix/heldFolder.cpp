@@ -17,7 +17,7 @@
 namespace tessel {
 namespace {
 
-// The right to search a folder is enough to work in it.
+// Search permission is enough to work in a folder.
 #if defined(O_PATH)
 constexpr int kOpenFolder = O_PATH | O_DIRECTORY | O_CLOEXEC;
 #elif defined(O_SEARCH)
@@ -149,7 +149,7 @@ void HeldFolder::CreateFolder(const std::string& name) const {
 void HeldFolder::CreateFile(int number, const std::string& name) const {
     RefuseUsedNumber(number);
     RefuseLongPath(name);
-    // Past a file-size limit a write shall fail like any other, and not end the program.
+    // Otherwise a write past a file-size limit would end the program instead of failing.
     static const auto previous = std::signal(SIGXFSZ, SIG_IGN);
     static_cast<void>(previous);
     const int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
@@ -169,7 +169,8 @@ void HeldFolder::DeleteFile(const std::string& name) const {
 
 void HeldFolder::RefuseLongPath(const std::string& name) const {
     if (name.empty() || name.find('\0') != name.npos) Raise(kBadFileNumber);
-    // Relative to an open folder the host takes paths of any length, but nobody could open them.
+    // Relative to an open folder the host accepts any path length, but no program could open the
+    // path.
     if (JoinPath(OwnPath, name).size() >= PATH_MAX) RaiseHostError(ENAMETOOLONG);
 }
 

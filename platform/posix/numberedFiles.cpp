@@ -100,7 +100,7 @@ void CloseAllFiles() {
 bool FileIsOpen(int number) { return OpenFiles().contains(number); }
 
 std::int64_t FileLength(int number) {
-    // The end of the file, which a block device knows too.
+    // Unlike fstat, seeking to the end works for block devices too.
     const off_t length = lseek(DescriptorOf(number), 0, SEEK_END);
     if (length < 0) RaiseHostError(errno);
     return length;

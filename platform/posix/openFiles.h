@@ -8,10 +8,10 @@ namespace tessel {
 
 /// Raises 55 when a file is open under `number`.
 void RefuseUsedNumber(int number);
-/// Puts a descriptor that is open for writing under a free number, which owns it from then on.
+/// Registers a descriptor that is open for writing under the free `number`. CloseFile closes it.
 void AddFileForWriting(int number, int descriptor);
 
-/// Nothing when the host does not say.
+/// Returns nullopt when the host does not say.
 std::optional<FileIdentity> IdentityOfDescriptor(int descriptor);
 
 }  // namespace tessel

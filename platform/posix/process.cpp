@@ -2,7 +2,7 @@
 
 namespace tessel {
 
-// Streams are binary here, and libraries come from the system's folders alone.
+// Streams are always binary, and libraries are never loaded from the current folder.
 void PrepareProcess() {}
 
 }  // namespace tessel

@@ -1,7 +1,7 @@
 #include "platform/heldFolder.h"
 
 #include <windows.h>
-// After windows.h.
+// Must follow windows.h.
 #include <winternl.h>
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 #include "platform/windows/hostErrors.h"
 #include "platform/windows/openFiles.h"
 
-// The host's headers give some of our names to macros.
+// The host's headers define macros of these names.
 #undef DeleteFile
 #undef CreateFile
 
@@ -23,7 +23,7 @@ namespace tessel {
 namespace {
 
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-/// Without sharing for deletion, nobody renames or deletes a folder as long as it is open.
+/// Without FILE_SHARE_DELETE, no program can rename or delete the folder while it is open.
 constexpr DWORD kShareFolder = FILE_SHARE_READ | FILE_SHARE_WRITE;
 constexpr DWORD kFolderAccess =
     FILE_LIST_DIRECTORY | FILE_TRAVERSE | FILE_READ_ATTRIBUTES | SYNCHRONIZE;
@@ -32,15 +32,15 @@ constexpr ULONG kOpenItself = FILE_OPEN_REPARSE_POINT | FILE_SYNCHRONOUS_IO_NONA
 
 HANDLE HandleOf(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
 
-/// A handle that is closed when it goes.
-class Opened {
+/// Closes a handle on destruction.
+class ScopedHandle {
   public:
-    explicit Opened(HANDLE handle) : Handle(handle) {}
-    ~Opened() {
+    explicit ScopedHandle(HANDLE handle) : Handle(handle) {}
+    ~ScopedHandle() {
         if (Handle != INVALID_HANDLE_VALUE) CloseHandle(Handle);
     }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
+    ScopedHandle(const ScopedHandle&) = delete;
+    ScopedHandle& operator=(const ScopedHandle&) = delete;
     explicit operator bool() const { return Handle != INVALID_HANDLE_VALUE; }
     operator HANDLE() const { return Handle; }  // NOLINT(google-explicit-constructor)
 
@@ -48,7 +48,7 @@ class Opened {
     HANDLE Handle;
 };
 
-/// How to open an entry.
+/// The arguments of opening an entry.
 struct OpenMode {
     DWORD Access;
     DWORD Share;
@@ -56,8 +56,8 @@ struct OpenMode {
     ULONG Options;
 };
 
-/// Opens an entry relative to an open folder, which a path cannot do. INVALID_HANDLE_VALUE when the
-/// host refuses, with the reason as the last error.
+/// Opens an entry relative to an open folder. Returns INVALID_HANDLE_VALUE on an error, which is
+/// then the last error.
 HANDLE OpenRelative(std::intptr_t folder, const std::string& name, const OpenMode& mode) {
     std::wstring wide = WideText(name);
     const auto bytes = static_cast<USHORT>(wide.size() * sizeof(wchar_t));
@@ -85,7 +85,7 @@ FileIdentity IdentityOf(const BY_HANDLE_FILE_INFORMATION& information) {
             std::uint64_t{information.nFileIndexHigh} << 32 | information.nFileIndexLow};
 }
 
-/// Whether an open entry stands for another one: a symbolic link, a junction, a mount point.
+/// Whether an open entry is a link to another one: a symbolic link, a junction, a mount point.
 bool IsLinkHandle(HANDLE file) {
     FILE_ATTRIBUTE_TAG_INFO tag{};
     return GetFileInformationByHandleEx(file, FileAttributeTagInfo, &tag, sizeof tag) != 0 &&
@@ -127,8 +127,8 @@ std::optional<FileIdentity> IdentityOfHandle(void* handle) {
 }
 
 std::optional<FileIdentity> IdentityAt(const std::string& path) {
-    const Opened file(CreateFileW(WideText(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
-                                  FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    const ScopedHandle file(CreateFileW(WideText(path).c_str(), 0, kShareAll, nullptr,
+                                        OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     return file ? IdentityOfHandle(file) : std::nullopt;
 }
 
@@ -184,20 +184,20 @@ FileIdentity HeldFolder::Identity() const {
 }
 
 void HeldFolder::MakeCurrent() const {
-    // By its path, which leads to it as long as it is open.
+    // The path is safe: it cannot change while the folder is open.
     if (SetCurrentDirectoryW(WideText(OwnPath).c_str()) == 0) RaiseHostError(GetLastError());
 }
 
 FolderEntry HeldFolder::Look(const std::string& name) const {
     const OpenMode look = {FILE_READ_ATTRIBUTES | SYNCHRONIZE, kShareAll, FILE_OPEN, kOpenItself};
-    const Opened file(OpenRelative(Handle, name, look));
+    const ScopedHandle file(OpenRelative(Handle, name, look));
     const auto information = file ? Information(file) : std::nullopt;
     if (!information) return {};
     const FileIdentity identity = IdentityOf(*information);
     const bool isLink = IsLinkHandle(file);
     FolderEntry entry = {KindOf(information->dwFileAttributes, isLink), isLink, identity, identity};
     if (isLink) {
-        const Opened target(OpenRelative(
+        const ScopedHandle target(OpenRelative(
             Handle, name,
             {look.Access, look.Share, look.Disposition, FILE_SYNCHRONOUS_IO_NONALERT}));
         const auto led = target ? Information(target) : std::nullopt;
@@ -209,7 +209,7 @@ FolderEntry HeldFolder::Look(const std::string& name) const {
 
 void HeldFolder::CreateFolder(const std::string& name) const {
     RefuseLongPath(name);
-    const Opened folder(OpenRelative(
+    const ScopedHandle folder(OpenRelative(
         Handle, name, {FILE_READ_ATTRIBUTES | SYNCHRONIZE, kShareAll, FILE_CREATE, kOpenFolder}));
     if (!folder) RaiseCreateError(GetLastError(), OwnPath);
 }
@@ -217,7 +217,7 @@ void HeldFolder::CreateFolder(const std::string& name) const {
 void HeldFolder::CreateFile(int number, const std::string& name) const {
     RefuseUsedNumber(number);
     RefuseLongPath(name);
-    // Shared for deletion too, so that it can be renamed while it is open.
+    // FILE_SHARE_DELETE allows renaming the file while it is open.
     HANDLE file = OpenRelative(Handle, name,
                                {FILE_GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
                                 FILE_CREATE, FILE_NON_DIRECTORY_FILE | kOpenItself});
@@ -226,7 +226,7 @@ void HeldFolder::CreateFile(int number, const std::string& name) const {
 }
 
 void HeldFolder::Rename(const std::string& from, const std::string& to) const {
-    const Opened file(
+    const ScopedHandle file(
         OpenRelative(Handle, from, {DELETE | SYNCHRONIZE, kShareAll, FILE_OPEN, kOpenItself}));
     if (!file) RaiseDeleteError(GetLastError(), OwnPath);
     const std::wstring name = WideText(to);
@@ -245,7 +245,7 @@ void HeldFolder::Rename(const std::string& from, const std::string& to) const {
 }
 
 void HeldFolder::DeleteFile(const std::string& name) const {
-    const Opened file(OpenRelative(
+    const ScopedHandle file(OpenRelative(
         Handle, name,
         {DELETE | SYNCHRONIZE, kShareAll, FILE_OPEN, FILE_NON_DIRECTORY_FILE | kOpenItself}));
     FILE_DISPOSITION_INFO gone{TRUE};
@@ -256,8 +256,8 @@ void HeldFolder::DeleteFile(const std::string& name) const {
 
 void HeldFolder::RefuseLongPath(const std::string& name) const {
     if (name.empty() || name.find('\0') != name.npos) Raise(kBadFileNumber);
-    // Relative to an open folder the host takes paths of any length, but most programs cannot open
-    // them.
+    // Relative to an open folder the host accepts any path length, but most programs could not open
+    // the path.
     if (WideText(JoinPath(OwnPath, name)).size() >= MAX_PATH) {
         RaiseHostError(ERROR_FILENAME_EXCED_RANGE);
     }

@@ -5,7 +5,7 @@
 namespace tessel {
 namespace {
 
-/// Not every compiler's headers have a name for it.
+/// Some compilers' headers do not define its name.
 constexpr DWORD kDiskQuotaExceeded = 1295;
 
 }  // namespace

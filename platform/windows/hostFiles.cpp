@@ -26,7 +26,7 @@ bool FolderCanBeListed(const std::string& path) {
     HANDLE search = FindFirstFileW(WideText(JoinPath(path, "*")).c_str(), &entry);
     const DWORD hostError = search == INVALID_HANDLE_VALUE ? GetLastError() : ERROR_SUCCESS;
     if (hostError == ERROR_SUCCESS) return FindClose(search) != 0;
-    // An empty drive has not even the two entries for itself and its parent.
+    // The root of an empty drive has no entries, not even "." and "..".
     return hostError == ERROR_FILE_NOT_FOUND && FolderExists(path);
 }
 

@@ -12,7 +12,7 @@ namespace tessel {
 void PrepareProcess() {
     for (std::FILE* stream : {stdin, stdout, stderr}) _setmode(_fileno(stream), _O_BINARY);
     SetDefaultDllDirectories(LOAD_LIBRARY_SEARCH_DEFAULT_DIRS);
-    // A drive without a medium is an error to report and not the host's own box.
+    // Makes a drive without a medium an error instead of a message box of the host.
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
 }
 
