@@ -58,7 +58,7 @@ void formTessel::mnuSaveTxt_Click() {
     if (path.empty()) return;
     SaveErrors errors;
     try {
-        CreateTarget(kTextFile, HeldFolder(FolderOf(path)), FileTitleOf(path));
+        CreateTarget(kTextFile, FolderHandle(FolderOf(path)), FileTitleOf(path));
     } catch (const RuntimeError& error) {
         return errors.Show(SaveStep::kCreate, error, path);
     }

@@ -13,7 +13,7 @@ namespace tessel {
 namespace {
 
 /// Opens the folder `name` in `parent`, and creates it first if nothing has its name.
-HeldFolder OpenOrCreate(const HeldFolder& parent, const std::string& name) {
+FolderHandle OpenOrCreate(const FolderHandle& parent, const std::string& name) {
     try {
         return {parent, name};
     } catch (const RuntimeError& error) {
@@ -44,7 +44,7 @@ bool MirroredFolders::EnterChosen() {
     const std::string& chosen = Paths.front();
     try {
         if (Open.empty()) {
-            Open.emplace_back(HeldFolder(chosen));
+            Open.emplace_back(FolderHandle(chosen));
             Open.back().Folder.MakeCurrent();
         }
         const auto there = IdentityAt(chosen);

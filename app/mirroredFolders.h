@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/heldFolder.h"
+#include "platform/folderHandle.h"
 #include "volume/errorReports.h"
 
 namespace tessel {
@@ -34,8 +34,8 @@ class MirroredFolders {
 
   private:
     struct Level {
-        explicit Level(HeldFolder folder) : Folder(std::move(folder)), Own(Folder.Identity()) {}
-        HeldFolder Folder;
+        explicit Level(FolderHandle folder) : Folder(std::move(folder)), Own(Folder.Identity()) {}
+        FolderHandle Folder;
         FileIdentity Own;
     };
 

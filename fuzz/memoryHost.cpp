@@ -164,24 +164,24 @@ std::optional<FileIdentity> IdentityAt(const std::string& path) {
     return Exists(whole) ? std::optional(IdentityFor(whole)) : std::nullopt;
 }
 
-HeldFolder::HeldFolder(const std::string& path) : OwnPath(Whole(path)), Handle(0) {
+FolderHandle::FolderHandle(const std::string& path) : OwnPath(Whole(path)), Handle(0) {
     if (!FolderExists(OwnPath)) Raise(kPathNotFound);
 }
 
-HeldFolder::HeldFolder(const HeldFolder& parent, const std::string& name)
+FolderHandle::FolderHandle(const FolderHandle& parent, const std::string& name)
     : OwnPath(Whole(JoinPath(parent.OwnPath, name))), Handle(0) {
     if (!Exists(OwnPath)) Raise(kPathNotFound);
     if (!FolderExists(OwnPath)) Raise(kFileAlreadyExists);
 }
 
-HeldFolder::HeldFolder(HeldFolder&& other) noexcept = default;
-HeldFolder& HeldFolder::operator=(HeldFolder&& other) noexcept = default;
-HeldFolder::~HeldFolder() = default;
+FolderHandle::FolderHandle(FolderHandle&& other) noexcept = default;
+FolderHandle& FolderHandle::operator=(FolderHandle&& other) noexcept = default;
+FolderHandle::~FolderHandle() = default;
 
-FileIdentity HeldFolder::Identity() const { return IdentityFor(OwnPath); }
-void HeldFolder::MakeCurrent() const { TheMemory.Current = OwnPath; }
+FileIdentity FolderHandle::Identity() const { return IdentityFor(OwnPath); }
+void FolderHandle::MakeCurrent() const { TheMemory.Current = OwnPath; }
 
-FolderEntry HeldFolder::Look(const std::string& name) const {
+FolderEntry FolderHandle::Look(const std::string& name) const {
     const std::string whole = JoinPath(OwnPath, name);
     if (!Exists(whole)) return {};
     const FileIdentity identity = IdentityFor(whole);
@@ -191,14 +191,14 @@ FolderEntry HeldFolder::Look(const std::string& name) const {
     return {kind, false, identity, identity};
 }
 
-void HeldFolder::CreateFolder(const std::string& name) const {
+void FolderHandle::CreateFolder(const std::string& name) const {
     const std::string whole = JoinPath(OwnPath, name);
     RequireCreatable(whole);
     TheMemory.Folders.insert(whole);
     TheMemory.Created.insert(whole);
 }
 
-void HeldFolder::CreateFile(int number, const std::string& name) const {
+void FolderHandle::CreateFile(int number, const std::string& name) const {
     if (TheMemory.Open.contains(number)) Raise(kFileAlreadyOpen);
     const std::string whole = JoinPath(OwnPath, name);
     RequireCreatable(whole);
@@ -207,7 +207,7 @@ void HeldFolder::CreateFile(int number, const std::string& name) const {
     TheMemory.Open[number] = {whole, std::nullopt};
 }
 
-void HeldFolder::Rename(const std::string& from, const std::string& to) const {
+void FolderHandle::Rename(const std::string& from, const std::string& to) const {
     const std::string source = JoinPath(OwnPath, from);
     const std::string target = JoinPath(OwnPath, to);
     if (TheMemory.Images.contains(target) || FolderExists(target)) Raise(kPathFileAccessError);
@@ -221,7 +221,7 @@ void HeldFolder::Rename(const std::string& from, const std::string& to) const {
     }
 }
 
-void HeldFolder::DeleteFile(const std::string& name) const {
+void FolderHandle::DeleteFile(const std::string& name) const {
     const std::string whole = JoinPath(OwnPath, name);
     if (TheMemory.Images.contains(whole)) Raise(kPathFileAccessError);
     if (TheMemory.Files.erase(whole) == 0) Raise(kFileNotFound);

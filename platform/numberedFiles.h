@@ -6,11 +6,11 @@
 #include <span>
 #include <string>
 
-#include "platform/heldFolder.h"
+#include "platform/folderHandle.h"
 #include "platform/runtimeError.h"
 
 /// Open files by number, each for reading or for writing bytes. Offsets count from 0. A number that
-/// is not open raises 52. HeldFolder::CreateFile opens a file for writing.
+/// is not open raises 52. FolderHandle::CreateFile opens a file for writing.
 namespace tessel {
 
 /// The last offset that can be read: positions are counted from 1 in signed 32 bits.

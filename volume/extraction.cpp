@@ -56,7 +56,7 @@ bool SaveEntryToFile(Long row, const std::string& path) {
     if (!Drives[1].IsOpen) return false;
     SaveErrors errors;
     try {
-        CreateTarget(kTargetFile, HeldFolder(FolderOf(path)), FileTitleOf(path));
+        CreateTarget(kTargetFile, FolderHandle(FolderOf(path)), FileTitleOf(path));
     } catch (const RuntimeError& error) {
         errors.Show(SaveStep::kCreate, error, path);
         return false;

@@ -8,7 +8,7 @@ namespace tessel {
 namespace {
 
 /// Creates a file under an unused name, and returns the name.
-std::string CreateTemporary(int number, const HeldFolder& folder) {
+std::string CreateTemporary(int number, const FolderHandle& folder) {
     constexpr int kMostTries = 100;
     for (int i = 1;; ++i) {
         std::string name = "tessel-" + std::to_string(i) + ".tmp";
@@ -23,7 +23,7 @@ std::string CreateTemporary(int number, const HeldFolder& folder) {
 
 }  // namespace
 
-void CreateTarget(int number, const HeldFolder& folder, const std::string& name) {
+void CreateTarget(int number, const FolderHandle& folder, const std::string& name) {
     try {
         folder.CreateFile(number, name);
     } catch (const RuntimeError& error) {
@@ -32,7 +32,7 @@ void CreateTarget(int number, const HeldFolder& folder, const std::string& name)
     }
 }
 
-void ReplaceTarget(int number, const HeldFolder& folder, const std::string& name,
+void ReplaceTarget(int number, const FolderHandle& folder, const std::string& name,
                    const FolderEntry& entry) {
     RefuseTarget(entry);
     const std::string temporary = CreateTemporary(number, folder);
@@ -84,7 +84,7 @@ bool MayReplace(const FolderEntry& entry) {
 
 std::string TargetRefusal(const std::string& path) {
     try {
-        RefuseTarget(HeldFolder(FolderOf(path)).Look(FileTitleOf(path)));
+        RefuseTarget(FolderHandle(FolderOf(path)).Look(FileTitleOf(path)));
         return "";
     } catch (const RuntimeError& error) {
         return error.Cause;

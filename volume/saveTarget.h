@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/heldFolder.h"
+#include "platform/folderHandle.h"
 
 /// The host file that a save writes to.
 namespace tessel {
@@ -10,9 +10,9 @@ namespace tessel {
 /// Creates the file `name` in `folder` and opens it for writing under `number`. A visible file with
 /// that name is replaced, but only after the new one could be created. Raises the errors of
 /// RefuseTarget, and those of creating and renaming a file; the old file is then unchanged.
-void CreateTarget(int number, const HeldFolder& folder, const std::string& name);
+void CreateTarget(int number, const FolderHandle& folder, const std::string& name);
 /// As CreateTarget, for a name that `entry` is known to have.
-void ReplaceTarget(int number, const HeldFolder& folder, const std::string& name,
+void ReplaceTarget(int number, const FolderHandle& folder, const std::string& name,
                    const FolderEntry& entry);
 
 /// Raises an error if a save must not replace `entry`: 55 for the window's image and for a file

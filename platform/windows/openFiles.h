@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "platform/heldFolder.h"
+#include "platform/folderHandle.h"
 
 namespace tessel {
 

@@ -41,19 +41,19 @@ struct FolderEntry {
 /// no effect; where the host supports it, the folder cannot be renamed while it is open. Names are
 /// single names (see SafeName). Errors have a cause where their description does not say enough.
 /// Each function raises 75 for a path that is too long for other programs.
-class HeldFolder {
+class FolderHandle {
   public:
     /// Opens the folder at `path`, following links. Raises 76 when there is none, 75 when the host
     /// denies access.
-    explicit HeldFolder(const std::string& path);
+    explicit FolderHandle(const std::string& path);
     /// Opens the folder `name` in `parent`. Raises 76 when nothing has this name, 58 when it is a
     /// link or a file.
-    HeldFolder(const HeldFolder& parent, const std::string& name);
-    HeldFolder(HeldFolder&& other) noexcept;
-    HeldFolder& operator=(HeldFolder&& other) noexcept;
-    HeldFolder(const HeldFolder&) = delete;
-    HeldFolder& operator=(const HeldFolder&) = delete;
-    ~HeldFolder();
+    FolderHandle(const FolderHandle& parent, const std::string& name);
+    FolderHandle(FolderHandle&& other) noexcept;
+    FolderHandle& operator=(FolderHandle&& other) noexcept;
+    FolderHandle(const FolderHandle&) = delete;
+    FolderHandle& operator=(const FolderHandle&) = delete;
+    ~FolderHandle();
 
     /// The path of the folder when it was opened.
     const std::string& Path() const { return OwnPath; }

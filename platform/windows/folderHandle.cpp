@@ -1,4 +1,4 @@
-#include "platform/heldFolder.h"
+#include "platform/folderHandle.h"
 
 #include <windows.h>
 // Must follow windows.h.
@@ -132,7 +132,7 @@ std::optional<FileIdentity> IdentityAt(const std::string& path) {
     return file ? IdentityOfHandle(file) : std::nullopt;
 }
 
-HeldFolder::HeldFolder(const std::string& path)
+FolderHandle::FolderHandle(const std::string& path)
     : OwnPath(path),
       Handle(reinterpret_cast<std::intptr_t>(
           CreateFileW(WideText(path.empty() ? "." : path).c_str(), kFolderAccess, kShareFolder,
@@ -148,7 +148,7 @@ HeldFolder::HeldFolder(const std::string& path)
     Raise(kPathNotFound, "A file is in the place of a folder.");
 }
 
-HeldFolder::HeldFolder(const HeldFolder& parent, const std::string& name)
+FolderHandle::FolderHandle(const FolderHandle& parent, const std::string& name)
     : OwnPath(JoinPath(parent.OwnPath, name)) {
     parent.RefuseLongPath(name);
     Handle = reinterpret_cast<std::intptr_t>(OpenRelative(
@@ -164,31 +164,31 @@ HeldFolder::HeldFolder(const HeldFolder& parent, const std::string& name)
                                   OwnPath);
 }
 
-HeldFolder::HeldFolder(HeldFolder&& other) noexcept
+FolderHandle::FolderHandle(FolderHandle&& other) noexcept
     : OwnPath(std::move(other.OwnPath)), Handle(std::exchange(other.Handle, -1)) {}
 
-HeldFolder& HeldFolder::operator=(HeldFolder&& other) noexcept {
+FolderHandle& FolderHandle::operator=(FolderHandle&& other) noexcept {
     std::swap(OwnPath, other.OwnPath);
     std::swap(Handle, other.Handle);
     return *this;
 }
 
-HeldFolder::~HeldFolder() {
+FolderHandle::~FolderHandle() {
     if (Handle != -1) CloseHandle(HandleOf(Handle));
 }
 
-FileIdentity HeldFolder::Identity() const {
+FileIdentity FolderHandle::Identity() const {
     const auto identity = IdentityOfHandle(HandleOf(Handle));
     if (!identity) RaiseHostError(GetLastError());
     return *identity;
 }
 
-void HeldFolder::MakeCurrent() const {
+void FolderHandle::MakeCurrent() const {
     // The path is safe: it cannot change while the folder is open.
     if (SetCurrentDirectoryW(WideText(OwnPath).c_str()) == 0) RaiseHostError(GetLastError());
 }
 
-FolderEntry HeldFolder::Look(const std::string& name) const {
+FolderEntry FolderHandle::Look(const std::string& name) const {
     const OpenMode look = {FILE_READ_ATTRIBUTES | SYNCHRONIZE, kShareAll, FILE_OPEN, kOpenItself};
     const ScopedHandle file(OpenRelative(Handle, name, look));
     const auto information = file ? Information(file) : std::nullopt;
@@ -207,14 +207,14 @@ FolderEntry HeldFolder::Look(const std::string& name) const {
     return entry;
 }
 
-void HeldFolder::CreateFolder(const std::string& name) const {
+void FolderHandle::CreateFolder(const std::string& name) const {
     RefuseLongPath(name);
     const ScopedHandle folder(OpenRelative(
         Handle, name, {FILE_READ_ATTRIBUTES | SYNCHRONIZE, kShareAll, FILE_CREATE, kOpenFolder}));
     if (!folder) RaiseCreateError(GetLastError(), OwnPath);
 }
 
-void HeldFolder::CreateFile(int number, const std::string& name) const {
+void FolderHandle::CreateFile(int number, const std::string& name) const {
     RefuseUsedNumber(number);
     RefuseLongPath(name);
     // FILE_SHARE_DELETE allows renaming the file while it is open.
@@ -225,7 +225,7 @@ void HeldFolder::CreateFile(int number, const std::string& name) const {
     AddFileForWriting(number, file);
 }
 
-void HeldFolder::Rename(const std::string& from, const std::string& to) const {
+void FolderHandle::Rename(const std::string& from, const std::string& to) const {
     const ScopedHandle file(
         OpenRelative(Handle, from, {DELETE | SYNCHRONIZE, kShareAll, FILE_OPEN, kOpenItself}));
     if (!file) RaiseDeleteError(GetLastError(), OwnPath);
@@ -244,7 +244,7 @@ void HeldFolder::Rename(const std::string& from, const std::string& to) const {
     if (status < 0) RaiseDeleteError(RtlNtStatusToDosError(status), OwnPath);
 }
 
-void HeldFolder::DeleteFile(const std::string& name) const {
+void FolderHandle::DeleteFile(const std::string& name) const {
     const ScopedHandle file(OpenRelative(
         Handle, name,
         {DELETE | SYNCHRONIZE, kShareAll, FILE_OPEN, FILE_NON_DIRECTORY_FILE | kOpenItself}));
@@ -254,7 +254,7 @@ void HeldFolder::DeleteFile(const std::string& name) const {
     }
 }
 
-void HeldFolder::RefuseLongPath(const std::string& name) const {
+void FolderHandle::RefuseLongPath(const std::string& name) const {
     if (name.empty() || name.find('\0') != name.npos) Raise(kBadFileNumber);
     // Relative to an open folder the host accepts any path length, but most programs could not open
     // the path.

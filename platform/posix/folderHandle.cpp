@@ -1,4 +1,4 @@
-#include "platform/heldFolder.h"
+#include "platform/folderHandle.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -78,7 +78,7 @@ std::optional<FileIdentity> IdentityOfDescriptor(int descriptor) {
     return IdentityOf(status);
 }
 
-HeldFolder::HeldFolder(const std::string& path)
+FolderHandle::FolderHandle(const std::string& path)
     : OwnPath(path), Handle(open(path.empty() ? "." : path.c_str(), kOpenFolder)) {
     if (Handle >= 0) return;
     if (errno == ENOENT) Raise(kPathNotFound);
@@ -86,7 +86,7 @@ HeldFolder::HeldFolder(const std::string& path)
     RaiseHostError(errno);
 }
 
-HeldFolder::HeldFolder(const HeldFolder& parent, const std::string& name)
+FolderHandle::FolderHandle(const FolderHandle& parent, const std::string& name)
     : OwnPath(JoinPath(parent.OwnPath, name)) {
     parent.RefuseLongPath(name);
     Handle = openat(DescriptorOf(parent.Handle), name.c_str(), kOpenFolder | O_NOFOLLOW);
@@ -102,32 +102,32 @@ HeldFolder::HeldFolder(const HeldFolder& parent, const std::string& name)
     RaiseHostError(hostError);
 }
 
-HeldFolder::HeldFolder(HeldFolder&& other) noexcept
+FolderHandle::FolderHandle(FolderHandle&& other) noexcept
     : OwnPath(std::move(other.OwnPath)), Handle(std::exchange(other.Handle, -1)) {}
 
-HeldFolder& HeldFolder::operator=(HeldFolder&& other) noexcept {
+FolderHandle& FolderHandle::operator=(FolderHandle&& other) noexcept {
     std::swap(OwnPath, other.OwnPath);
     std::swap(Handle, other.Handle);
     return *this;
 }
 
-HeldFolder::~HeldFolder() {
+FolderHandle::~FolderHandle() {
     if (Handle >= 0) close(DescriptorOf(Handle));
 }
 
-FileIdentity HeldFolder::Identity() const {
+FileIdentity FolderHandle::Identity() const {
     const auto identity = IdentityOfDescriptor(DescriptorOf(Handle));
     if (!identity) RaiseHostError(errno);
     return *identity;
 }
 
-void HeldFolder::MakeCurrent() const {
+void FolderHandle::MakeCurrent() const {
     if (fchdir(DescriptorOf(Handle)) == 0) return;
     if (errno == EACCES) Raise(kPathFileAccessError, "The folder may not be entered: " + OwnPath);
     RaiseHostError(errno);
 }
 
-FolderEntry HeldFolder::Look(const std::string& name) const {
+FolderEntry FolderHandle::Look(const std::string& name) const {
     const int folder = DescriptorOf(Handle);
     struct stat status {};
     if (fstatat(folder, name.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0) return {};
@@ -141,12 +141,12 @@ FolderEntry HeldFolder::Look(const std::string& name) const {
     return entry;
 }
 
-void HeldFolder::CreateFolder(const std::string& name) const {
+void FolderHandle::CreateFolder(const std::string& name) const {
     RefuseLongPath(name);
     if (mkdirat(DescriptorOf(Handle), name.c_str(), 0777) != 0) RaiseCreateError(errno, OwnPath);
 }
 
-void HeldFolder::CreateFile(int number, const std::string& name) const {
+void FolderHandle::CreateFile(int number, const std::string& name) const {
     RefuseUsedNumber(number);
     RefuseLongPath(name);
     // Otherwise a write past a file-size limit would end the program instead of failing.
@@ -158,16 +158,16 @@ void HeldFolder::CreateFile(int number, const std::string& name) const {
     AddFileForWriting(number, descriptor);
 }
 
-void HeldFolder::Rename(const std::string& from, const std::string& to) const {
+void FolderHandle::Rename(const std::string& from, const std::string& to) const {
     const int folder = DescriptorOf(Handle);
     if (renameat(folder, from.c_str(), folder, to.c_str()) != 0) RaiseDeleteError(errno, OwnPath);
 }
 
-void HeldFolder::DeleteFile(const std::string& name) const {
+void FolderHandle::DeleteFile(const std::string& name) const {
     if (unlinkat(DescriptorOf(Handle), name.c_str(), 0) != 0) RaiseDeleteError(errno, OwnPath);
 }
 
-void HeldFolder::RefuseLongPath(const std::string& name) const {
+void FolderHandle::RefuseLongPath(const std::string& name) const {
     if (name.empty() || name.find('\0') != name.npos) Raise(kBadFileNumber);
     // Relative to an open folder the host accepts any path length, but no program could open the
     // path.
