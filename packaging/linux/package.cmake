@@ -1,4 +1,4 @@
-# The files that a Linux desktop reads, and the Debian package. Needs `released`, the release date,
+# The files that a Linux desktop reads, and the Debian package. Needs `homepage`, `released`, the release date,
 # and `released_in_words`, the same in the format of a mail header.
 
 # configure_gzipped(FROM NAME RESULT): configures FROM and compresses it to NAME.gz, as Debian requires
@@ -14,16 +14,19 @@ function(configure_gzipped from name result)
   endif()
 endfunction()
 
-configure_file(linux/tessel.metainfo.xml.in tessel.metainfo.xml @ONLY)
+configure_file(linux/tessel.metainfo.xml.in org.example.tessel.metainfo.xml @ONLY)
 configure_gzipped(linux/tessel.1.in tessel.1 manual_page)
 configure_gzipped(linux/changelog.in changelog changelog)
 
 set(icon_themes ${CMAKE_INSTALL_DATADIR}/icons/hicolor)
 install(FILES linux/tessel.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tessel.metainfo.xml
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/org.example.tessel.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${manual_page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES linux/copyright ${changelog} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/tessel)
+set(documents ${CMAKE_INSTALL_DATADIR}/doc/tessel)
+install(FILES linux/copyright ${changelog} ../docs/guide.md ../docs/format.md ../SECURITY.md
+        DESTINATION ${documents})
+install(DIRECTORY ../docs/pictures DESTINATION ${documents})
 install(FILES icons/tessel.svg DESTINATION ${icon_themes}/scalable/apps)
 foreach(size 16 24 32 48 64 128 256)
   install(FILES icons/tessel-${size}.png RENAME tessel.png
@@ -48,6 +51,8 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "Tessel developers <tessel@example.org>")
 set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The fonts that the display is designed for, and the renderer for SVG icon themes in dialogs.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-liberation, libqt6svg6")
+set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${homepage})
+# The fonts that the display is designed for, the renderer for SVG icon themes in dialogs, and what a
+# Wayland desktop without an X server needs.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "fonts-liberation, libqt6svg6, qt6-wayland")
 include(CPack)

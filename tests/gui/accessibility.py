@@ -43,9 +43,14 @@ def everything(root):
             yield from everything(child)
 
 
+def role_of(item):
+    name = item.getRoleName()
+    return "push button" if name == "button" else name  # renamed in at-spi2 2.56
+
+
 def find(root, role, name):
     for item in everything(root):
-        if item.getRoleName() == role and item.name == name:
+        if role_of(item) == role and item.name == name:
             return item
     return None
 

@@ -109,8 +109,10 @@ TEST_F(DialogTest, OpenOffersImagesAndTakesTypedNames) {
     OnDialog<QFileDialog>([&](QFileDialog& dialog) {
         EXPECT_EQ(Folder(dialog), At("a/b/c"));
         Listed(dialog, 3);
-        auto* list = dialog.findChild<QListView*>("listView");
+        auto* list = dialog.findChild<QTreeView*>("treeView");
+        ASSERT_TRUE(list->isVisible());
         const QModelIndex line = list->model()->index(1, 0, list->rootIndex());
+        EXPECT_EQ(line.data().toString(), "lower.img");
         Click(*list->viewport(), list->visualRect(line).center());
         Click(The("Open", &dialog));
     });
