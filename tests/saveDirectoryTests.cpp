@@ -10,9 +10,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// What Save Directory leaves in the display: a line a word, "+" behind what was saved, "-" behind
-/// what failed; and the totals.
-std::string Told(const std::string& names, Long total, Long saved, Long failed) {
+/// The display after Save Directory: a line for each of `names`, which ends with "+" if it was
+/// saved and with "-" if it failed; and the totals.
+std::string Shown(const std::string& names, Long total, Long saved, Long failed) {
     std::string text;
     for (std::string name : Words(names)) {
         text += name.back() == '+' ? "Saved - @/" : "Failed - @/";
@@ -27,12 +27,12 @@ TEST_F(WindowTest, ADirectoryIsSavedIntoMirroredFolders) {
     fs::create_directory(At("out"));
     Open(SampleImage(), "A.B.img");
     EXPECT_EQ(Run("folder @/out\nmenu Save Directory\nshow display"),
-              "Saved - @/out/A.B/Read me first.txt\r\n" + Told("out/A.B/BIG.BIN+", 2, 2, 0));
+              "Saved - @/out/A.B/Read me first.txt\r\n" + Shown("out/A.B/BIG.BIN+", 2, 2, 0));
     EXPECT_EQ(CurrentFolder(), At("out/A.B"));
     EXPECT_EQ(Run("double 2\nfolder-close\nmenu Save Directory\nshow display"),
               "Saved - @/out/A.B/Sub folder/INNER.TXT\r\nSaved - @/out/A.B/Sub folder/EMPTY\r\n" +
-                  Told("", 2, 2, 0))
-        << "the close box leaves the folder that the chooser began with";
+                  Shown("", 2, 2, 0))
+        << "the close box keeps the folder in which the chooser started";
     EXPECT_EQ(Tree("out"),
               "A.B/\nA.B/BIG.BIN\nA.B/Read me first.txt\nA.B/Sub folder/\n"
               "A.B/Sub folder/EMPTY\nA.B/Sub folder/INNER.TXT\n");
@@ -47,17 +47,17 @@ TEST_F(WindowTest, ADirectoryIsSavedIntoMirroredFolders) {
 
 TEST_F(WindowTest, StopEndsSaveDirectory) {
     struct Row {
-        int Turn;  // events are let in before each row, and inside BIG.BIN behind its first cluster
+        int Turn;  // events are processed before each row, and after the first cluster of BIG.BIN
         std::string Shown;
         std::uintmax_t Big;
     };
-    const Row rows[] = {{1, Told("", 2, 0, 0), 0},
-                        {5, Told("out/disk/README-", 2, 0, 1), 0},
-                        {8, Told("out/disk/README+", 2, 1, 0), 0},
-                        {10, Told("out/disk/README+ out/disk/BIG.BIN-", 2, 1, 1), 512}};
+    const Row rows[] = {{1, Shown("", 2, 0, 0), 0},
+                        {5, Shown("out/disk/README-", 2, 0, 1), 0},
+                        {8, Shown("out/disk/README+", 2, 1, 0), 0},
+                        {10, Shown("out/disk/README+ out/disk/BIG.BIN-", 2, 1, 1), 512}};
     Open(SampleImage());
     for (const Row& row : rows) {
-        fs::current_path(Folder);  // a current folder may be kept from going
+        fs::current_path(Folder);  // some hosts do not delete a current folder
         fs::remove_all(At("out"));
         fs::create_directory(At("out"));
         EXPECT_EQ(Run("stop-at " + std::to_string(row.Turn) +
@@ -66,26 +66,27 @@ TEST_F(WindowTest, StopEndsSaveDirectory) {
         EXPECT_EQ(Read("out/disk/BIG.BIN").size(), row.Big);
         EXPECT_FALSE(Busy || StopRequested);
     }
-    // Inside one, another cannot begin, and closing waits for its end.
+    // While it runs, another one cannot start, and Close waits for its end.
     Window->Desktop.OnEvents = [this] { Run("folder @\nmenu Save Directory\nmenu Close"); };
     EXPECT_EQ(Run("folder @/out\nmenu Save Directory"), "");
     EXPECT_FALSE(Drives[1].IsOpen);
     EXPECT_EQ(Window->Desktop.Folders.size(), 1U);
 }
 
-TEST_F(WindowTest, WhatFailsInSaveDirectoryIsCounted) {
+TEST_F(WindowTest, FailuresInSaveDirectoryAreCounted) {
     const Image image = SampleImage();
     const auto run = [this](const std::string& folder) {
         return Run("folder @/" + folder + "\nmenu Save Directory");
     };
-    const std::string both = Told("out/disk/README- out/disk/BIG.BIN-", 2, 0, 2);
+    const std::string both = Shown("out/disk/README- out/disk/BIG.BIN-", 2, 0, 2);
     Open(image);
     fs::create_directory(At("out"));
     Write("out/disk", std::string("in the way"));
     const std::string inPlace = " is in the place of the folder: @/out/disk" + kAlike;
     EXPECT_EQ(run("out"), OpenErrorBox(58, "out/disk/Read me first.txt", "A file" + inPlace));
     EXPECT_EQ(Show("display"), both);
-    // A link where the folder should be: nothing gets outside. As the chosen folder it is welcome.
+    // A link that has the folder's name: nothing is saved through it. A chosen folder may be a
+    // link.
     fs::remove(At("out/disk"));
     fs::create_directory(At("outside"));
     fs::create_directory_symlink(At("outside"), At("out/disk"));
@@ -95,7 +96,7 @@ TEST_F(WindowTest, WhatFailsInSaveDirectoryIsCounted) {
     EXPECT_EQ(Show("display"), both);
     EXPECT_EQ(Tree("outside"), "");
     fs::remove(At("out/disk"));
-    // The chosen folder goes away between two files; the one for the image does.
+    // The chosen folder is removed between two files; then the folder of the image.
     const auto removeAtTurnSix = [this](const char* name) {
         Window->Desktop.OnEvents = [this, name, turns = 0]() mutable {
             if (++turns == 6) fs::remove_all(At(name));
@@ -105,18 +106,18 @@ TEST_F(WindowTest, WhatFailsInSaveDirectoryIsCounted) {
     EXPECT_EQ(run("link"), ErrorBox(76,
                                     "|Error entering Folder @/link|The folder is not there any "
                                     "more."));
-    EXPECT_EQ(Show("display"), "Saved - @/link/disk/Read me first.txt\r\n" + Told("", 2, 1, 0));
+    EXPECT_EQ(Show("display"), "Saved - @/link/disk/Read me first.txt\r\n" + Shown("", 2, 1, 0));
     removeAtTurnSix("out/disk");
     EXPECT_EQ(run("out"), "");
-    EXPECT_EQ(Show("display"), Told("out/disk/README+ out/disk/BIG.BIN+", 2, 2, 0));
-    EXPECT_EQ(Tree("out"), "disk/\ndisk/BIG.BIN\n") << "it was made again";
+    EXPECT_EQ(Show("display"), Shown("out/disk/README+ out/disk/BIG.BIN+", 2, 2, 0));
+    EXPECT_EQ(Tree("out"), "disk/\ndisk/BIG.BIN\n") << "the folder was created again";
     Window->Desktop.OnEvents = nullptr;
     FailReads(At("disk.img"), image.At(2), image.At(3));
     EXPECT_EQ(run("out"),
               ErrorBox(57, "|Error reading Disk Image @/out/disk/Read me first.txt" + kAlike));
-    EXPECT_EQ(Show("display"), Told("out/disk/README- out/disk/BIG.BIN+", 2, 1, 1));
+    EXPECT_EQ(Show("display"), Shown("out/disk/README- out/disk/BIG.BIN+", 2, 1, 1));
     StopFailingReads();
-    // The image is cut short, and then its name is gone: what is missing reads as zeros.
+    // The image is truncated, and then removed: the missing part reads as zeros.
     fs::resize_file(At("disk.img"), image.At(24));
     fs::remove(At("disk.img"));
     run("out");
@@ -140,9 +141,9 @@ TEST_F(WindowTest, NamesFromTheImageStayInsideTheChosenFolder) {
                                      {u"dangling", "dangling@"}};
     Image image;
     std::set<std::string> lines = {"__/\n", "__/.._.._evil/\n", "__/.._.._evil/A_B.C\n"};
-    for (const auto& [name, made] : names) {
+    for (const auto& [name, created] : names) {
         image.AddFile(0, {.Name = "F", .LongName = name}, std::to_string(name.size()));
-        lines.insert("__/" + made + "\n");
+        lines.insert("__/" + created + "\n");
     }
     const int evil = image.AddDirectory(0, {.Name = "D", .LongName = u"../../evil"});
     image.AddFile(evil, {.Name = "A/B.C"}, "deep");
@@ -159,7 +160,7 @@ TEST_F(WindowTest, NamesFromTheImageStayInsideTheChosenFolder) {
     EXPECT_TRUE(Same(Tree("case/out"), tree));
     EXPECT_FALSE(fs::exists(At("case/new")));
     EXPECT_EQ(Read("case/victim"), "safe");
-    EXPECT_EQ(Read("case/out/__/filelink"), "8") << "the link gave way to a file";
+    EXPECT_EQ(Read("case/out/__/filelink"), "8") << "the file replaced the link";
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST_F(WindowTest, AFileIsSavedAsItsChainAndSizeSay) {
+TEST_F(WindowTest, AFileIsSavedByItsChainAndSize) {
     struct Row {
         const char *Name, *Suggested;
         std::vector<int> Chain;
@@ -20,7 +20,7 @@ TEST_F(WindowTest, AFileIsSavedAsItsChainAndSizeSay) {
         std::string Content;
     };
     const std::string noise = Noise(1024), half = Noise(512), zeros(512, '\0');
-    // A free entry leads to cluster 0, two clusters in front of the data, and from there far away.
+    // A free entry leads to cluster 0, two clusters before the data area, and from there far away.
     const std::string zero = "cluster zero" + std::string(506, '\0');
     const Row rows[] = {
         {"EXACT.X", "EXACT.X", {100, 101}, 0xFFF, 1024, noise},
@@ -35,21 +35,21 @@ TEST_F(WindowTest, AFileIsSavedAsItsChainAndSizeSay) {
         {"EMPTY", "EMPTY.", {170}, 0xFFF, 0, ""}};
     Image image;
     for (const Row& row : rows) {
-        const std::size_t held = std::min<std::size_t>(row.Chain.size() * 512, 1024);
-        image.AddFile(0, {.Name = row.Name, .Size = row.Size}, noise.substr(0, held), row.Chain);
+        const std::size_t size = std::min<std::size_t>(row.Chain.size() * 512, 1024);
+        image.AddFile(0, {.Name = row.Name, .Size = row.Size}, noise.substr(0, size), row.Chain);
         image.Link(row.Chain, row.End);
     }
     image.Poke(image.At(0), "cluster zero");
     Open(image);
     int line = 0;
     for (const Row& row : rows) {
-        Write("saved", std::string("what stood here before"));
+        Write("saved", std::string("the previous content"));
         Run("select " + std::to_string(++line) + "\nfile @/saved\nmenu Save File");
         EXPECT_EQ(Window->Desktop.LastDialog->FileName, row.Suggested);
         EXPECT_TRUE(Same(Read("saved"), row.Content)) << row.Name;
     }
-    const auto mayRun = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
-    EXPECT_EQ(fs::status(At("saved")).permissions() & mayRun, fs::perms::none);
+    const auto executable = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    EXPECT_EQ(fs::status(At("saved")).permissions() & executable, fs::perms::none);
     EXPECT_EQ(Run("file\nmenu Save File\nshow dialog"),
               "title\tSave DOS File\nfilter\tAll Files (*.*)|*.*\ndefaultExtension\t\n"
               "filterIndex\t1\nstartFolder\t@/\nfileName\tEMPTY.\nflags\t2131974\n");
@@ -84,12 +84,13 @@ TEST_F(WindowTest, ASavedFileKeepsAValidModificationTime) {
         if (expected) {
             EXPECT_EQ(modified, OnDisk(date, time));
         } else {
-            EXPECT_TRUE(modified >= before && modified < "2100") << line << " is of now";
+            EXPECT_TRUE(modified >= before && modified < "2100")
+                << line << " gets the current time";
         }
     }
 }
 
-TEST_F(WindowTest, AFailingCopyIsReportedAndLeavesWhatItWrote) {
+TEST_F(WindowTest, AFailedSaveIsReportedAndKeepsWhatWasWritten) {
     const Image image = SampleImage();
     Open(image);
     Run("select 3");
@@ -121,15 +122,15 @@ TEST_F(WindowTest, AFailingCopyIsReportedAndLeavesWhatItWrote) {
     EXPECT_EQ(Run("stop-at 1\nfile @/part\nmenu Save File"), "");
     EXPECT_TRUE(Same(Read("part"), Noise(512))) << "STOP";
     EXPECT_EQ(save("part"), "");
-    EXPECT_TRUE(Same(Read("part"), Noise(3000))) << "the target's number is free again";
+    EXPECT_TRUE(Same(Read("part"), Noise(3000))) << "no target is left open";
     TheHost.Settings.Write = [](const auto&...) { Raise(kPathFileAccessError); };
     EXPECT_EQ(save("x"), ErrorBox(75));
-    EXPECT_TRUE(Window->Form.listDIR.Enabled) << "what no command catches leaves the busy state";
+    EXPECT_TRUE(Window->Form.listDIR.Enabled) << "an uncaught error ends the busy state";
     EXPECT_FALSE(Busy);
 }
 
-TEST_F(WindowTest, WhatLiesPastEveryOffsetIsToldAsUnreadable) {
-    // Clusters of 64 KiB: the last place that can be read lies in number 32768.
+TEST_F(WindowTest, ClustersPastTheLastOffsetAreReportedAsUnreadable) {
+    // Clusters of 64 KiB: the last readable byte is in cluster 32768.
     Image image(images::Layout::Fat16(20000));
     const std::int64_t edge = std::int64_t{32766} * 65536 + static_cast<std::int64_t>(image.At(2));
     image.Poke(13, "\x80");
@@ -148,11 +149,11 @@ TEST_F(WindowTest, WhatLiesPastEveryOffsetIsToldAsUnreadable) {
     EXPECT_EQ(Run("double 2\nshow list"), ErrorBox(6));
 }
 
-TEST_F(WindowTest, WithoutHandlesNothingIsSavedAndWithThemAllIs) {
+TEST_F(WindowTest, WithoutFileHandlesEverySaveFailsWithAReport) {
     fs::create_directory(At("out"));
     Open(SampleImage());
     Run("select 3");
-    ErrorOf([] { Raise(kOverflow); });  // a sanitizer wants handles at the first one
+    ErrorOf([] { Raise(kOverflow); });  // a sanitizer needs handles at the first exception
     auto none = std::make_unique<NoHandles>();
     const std::string file = Run("file @/out/a\nmenu Save File"),
                       text = Run("file @/out/b\nmenu Save Display"),
@@ -166,7 +167,7 @@ TEST_F(WindowTest, WithoutHandlesNothingIsSavedAndWithThemAllIs) {
     EXPECT_TRUE(Same(Read("out/a"), Noise(3000)));
 }
 
-TEST_F(WindowTest, WithoutPermissionNothingIsTouched) {
+TEST_F(WindowTest, WithoutPermissionNothingIsChanged) {
     fs::create_directory(At("out"));
     Write("out/a", std::string("kept"));
     Write("secret", std::string("secret"));
@@ -178,7 +179,7 @@ TEST_F(WindowTest, WithoutPermissionNothingIsTouched) {
     fs::permissions(At("secret"), fs::perms::none);
     const std::string before = Tree("");
     auto user = std::make_unique<OrdinaryUser>();
-    if (!*user) GTEST_SKIP() << "this host knows no such permissions";
+    if (!*user) GTEST_SKIP() << "this host has no such permissions";
     const std::string cause = "The folder may not be written: @/out";
     EXPECT_EQ(Run("file @/out/a\nmenu Save File"), OpenErrorBox(75, "out/a", cause + "/"));
     EXPECT_EQ(Run("file @/out/b\nmenu Save Display"), OpenErrorBox(75, "out/b", cause + "/"));
@@ -191,12 +192,12 @@ TEST_F(WindowTest, WithoutPermissionNothingIsTouched) {
     EXPECT_EQ(Read("out/a"), "kept");
 }
 
-TEST_F(WindowTest, AnImageIsOpenForReadingAndStaysTheOneThatWasOpened) {
+TEST_F(WindowTest, TheOpenImageIsReadOnlyAndIsNotExchanged) {
     const Image first = SampleImage();
     Open(first);
     EXPECT_TRUE(IsOpenForReadingOnly(At("disk.img")));
 
-    // Another image takes the name: what was opened is shown on, and the new one left alone.
+    // Another image takes the name: the open one is still the one that is read.
     Image other;
     other.AddFile(Image::kRoot, {.Name = "OTHER.TXT"}, "other");
     fs::rename(At("disk.img"), At("first.img"));
@@ -211,7 +212,8 @@ TEST_F(WindowTest, AnImageIsOpenForReadingAndStaysTheOneThatWasOpened) {
 }
 
 TEST_F(WindowTest, TheImageIsNeverWritten) {
-    // An image whose title names the folder that it lies in, by all the names that lead to it.
+    // An image that Save Directory would write to, because of its name; and all paths that lead to
+    // it.
     Image image;
     image.AddFile(0, {.Name = "README.TXT"}, "x");
     fs::create_directories(At("out/README"));
@@ -237,7 +239,7 @@ TEST_F(WindowTest, TheImageIsNeverWritten) {
               "");
     if (link) fs::remove(At(opened));
     EXPECT_EQ(Run("file @/hard\nmenu Save File"), OpenErrorBox(55, "hard", cause))
-        << "though its name is gone";
+        << "although the name that was opened is gone";
     EXPECT_TRUE(Same(Read("hard"), {image.Volume.begin(), image.Volume.end()}));
     EXPECT_EQ(fs::last_write_time(target), moment);
     EXPECT_EQ(Tree(""),
@@ -248,7 +250,7 @@ TEST_F(WindowTest, TheImageIsNeverWritten) {
 TEST_F(WindowTest, TheDisplayIsSavedAsText) {
     EXPECT_EQ(Run("file @/empty.txt\nmenu Save Display"), "");
     EXPECT_TRUE(fs::is_empty(At("empty.txt"))) << "without an image too";
-    // Pairs and lone line ends, and one pair that the end of a written part cuts in two.
+    // CR LF, CR and LF alone, and one CR LF that is split between two parts.
     const std::string start = "a\rb\nc\r\nd\r\r\ne\n\rf";
     const std::string converted = "a\r\nb\r\nc\r\nd\r\n\r\ne\r\n\r\nf";
     const std::string filling((1 << 20) - 1 - start.size(), 'x');
@@ -264,11 +266,12 @@ TEST_F(WindowTest, TheDisplayIsSavedAsText) {
         "*.*\ndefaultExtension\ttxt\nfilterIndex\t1\nstartFolder\t@/\nfileName\tGr\u00FC\u00DFe"
         "\nflags\t2131974\n");
     EXPECT_TRUE(Same(Read("mixed.txt"), converted + filling + "\r\ng\r\ny\r\n"));
-    // Events are let in while it is written; the text is that of its beginning all the same.
+    // Events that are processed while it is written do not change what is written.
     Window->Desktop.OnEvents = [this] { Run("choose File info\nmenu Save Display\nmenu Open"); };
     EXPECT_EQ(Run("choose Display\nfile @/again.txt\nmenu Save Display"), "");
     EXPECT_TRUE(Same(Read("again.txt"), Read("mixed.txt")));
-    // STOP ends a view begun meanwhile, Close the saving too; it says so, and then closes.
+    // STOP ends a view that is started meanwhile; Close ends the save, which reports it, and
+    // closes.
     Run("choose Dump");
     int turns = 0;
     Window->Desktop.OnEvents = [this, &turns] {

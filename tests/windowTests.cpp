@@ -68,7 +68,7 @@ TEST_F(WindowTest, AnImageIsOpenedAndClosed) {
     EXPECT_EQ(Show("enabled"), With(kNothingEnabled, "cmdABORT", "off"));
 }
 
-TEST_F(WindowTest, WhatCannotBeOpenedIsReported) {
+TEST_F(WindowTest, ImagesThatCannotBeOpenedAreReported) {
     std::filesystem::create_directory(At("folder"));
     const bool pipe = MakePipe(At("pipe"));
     FailReads(Write("bad", SampleImage().File()), 511, 512);
