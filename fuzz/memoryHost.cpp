@@ -135,6 +135,9 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
     return static_cast<std::size_t>(good);
 }
 
+std::int64_t CheckFileUpTo(int, std::int64_t, std::int64_t) { return 0; }
+std::int64_t ShareFileUpTo(int, std::int64_t, std::int64_t, int) { return 0; }
+
 void WriteFile(int number, std::span<const Byte> bytes) {
     if (FileOf(number).Image) Raise(kPathFileAccessError);
     TheMemory.Written += std::ssize(bytes);

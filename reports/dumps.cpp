@@ -30,7 +30,7 @@ std::string Rows(ByteBuffer bytes, std::size_t first, std::size_t count) {
 }
 
 /// The same rows, made when somebody asks: a root directory has up to 131,070 of them.
-GeneratedText RowsPiece(const std::shared_ptr<const std::vector<Byte>>& bytes) {
+GeneratedText RowsPiece(const std::shared_ptr<const PageBytes>& bytes) {
     const std::size_t rows = bytes->size() / kPerRow;
     constexpr std::int64_t length = kRowLength;
     const auto read = [bytes](TextOffset at, std::size_t count, std::string& out) {
@@ -56,7 +56,7 @@ std::string DumpBootSector() {
 
 void DumpRootDirectory(TextDisplay& display) {
     display.Replace(" Raw Root Directory\r\n");
-    display.Append(RowsPiece(std::make_shared<const std::vector<Byte>>(RootDirBytes)));
+    display.Append(RowsPiece(std::make_shared<const PageBytes>(RootDirBytes)));
     display.Append("\r\n\r\n");
 }
 

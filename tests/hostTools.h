@@ -23,6 +23,19 @@ class FullDisk {
     std::uint64_t Before = 0;
 };
 
+/// While it exists, all files share extents, as on a file system that can. False where the program
+/// never asks its host to.
+class SharedExtents {
+  public:
+    SharedExtents();
+    ~SharedExtents();
+    SharedExtents(const SharedExtents&) = delete;
+    SharedExtents& operator=(const SharedExtents&) = delete;
+    explicit operator bool() const;
+    /// The bytes that were shared so far.
+    static std::int64_t Bytes();
+};
+
 /// While it exists, the process cannot open any more files.
 class NoHandles {
   public:

@@ -1,5 +1,6 @@
 #include <array>
 #include <cstdio>
+#include <numeric>
 
 #include "app/textFile.h"
 #include "tests/fixture.h"
@@ -88,6 +89,29 @@ TEST_F(WindowTest, ASavedFileKeepsAValidModificationTime) {
                 << line << " gets the current time";
         }
     }
+}
+
+TEST_F(WindowTest, AFileSharesTheExtentsOfItsImageWhereTheHostCan) {
+    // 4 KiB clusters at the boundaries of blocks, in two runs; the image ends within the last one.
+    Layout layout = Layout::Fat16(5000, 8);
+    layout.RootEntries = 16 * (8 - (1 + 2 * layout.SectorsPerFat) % 8);
+    Image image(layout);
+    std::string content = Noise(200000);
+    std::vector<int> clusters(49);
+    std::iota(clusters.begin(), clusters.begin() + 20, 100);
+    std::iota(clusters.begin() + 20, clusters.end(), 130);
+    image.AddFile(0, {.Name = "F"}, content, clusters);
+    image.Volume.resize(image.At(clusters.back()) + 100);
+    content.replace(48 * 4096 + 100, content.npos, 200000 - 48 * 4096 - 100, '\0');
+    Open(image);
+    const SharedExtents sharing;
+    Run("select 1\nfile @/saved\nmenu Save File");
+    EXPECT_TRUE(Same(Read("saved"), content));
+    EXPECT_EQ(sharing.Bytes(), sharing ? 48 * 4096 : 0);
+    FailReads(At("disk.img"), image.At(110) + 10);
+    EXPECT_EQ(Run("file @/saved\nmenu Save File"),
+              ErrorBox(57, "|Error reading Disk Image @/saved|"));
+    EXPECT_TRUE(Same(Read("saved"), content.substr(0, 10 * 4096 + 10)));
 }
 
 TEST_F(WindowTest, AFailedSaveIsReportedAndKeepsWhatWasWritten) {

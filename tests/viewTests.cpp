@@ -194,7 +194,8 @@ TEST_F(ViewTest, TheWholeRootDirectoryIsDumped) {
         image.Poke(49 * 512, Noise(512));
         Mount(image);
         DumpRootDirectory(Text);
-        EXPECT_TRUE(Agrees(Text, AreaDump(" Raw Root Directory", RootDirBytes)));
+        EXPECT_TRUE(Agrees(
+            Text, AreaDump(" Raw Root Directory", {RootDirBytes.begin(), RootDirBytes.end()})));
     }
 }
 

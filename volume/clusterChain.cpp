@@ -5,6 +5,7 @@
 
 #include "platform/host.h"
 #include "platform/numberedFiles.h"
+#include "platform/pageBytes.h"
 #include "volume/directory.h"
 #include "volume/fatEntries.h"
 #include "volume/imageReads.h"
@@ -13,12 +14,78 @@
 namespace tessel {
 namespace {
 
-constexpr std::int64_t kLargestPiece = std::int64_t{256} * 1024;
+constexpr std::int64_t kLargestPiece = std::int64_t{1024} * 1024;
+/// More stays in no processor's nearer caches.
+constexpr std::int64_t kLargestBuffer = std::int64_t{128} * 1024;
+/// Fewer bytes are read as fast as they are checked.
+constexpr std::int64_t kWorthChecking = std::int64_t{8} * 1024;
 constexpr std::chrono::milliseconds kShortPiece{4};
 constexpr std::chrono::milliseconds kLongPiece{16};
 constexpr Long kFirstFiveDigitCluster = 10000;
 /// Cluster numbers come from 16-bit fields.
 constexpr Long kClusterNumbers = 65536;
+
+/// Calls `part` for each extent of `count` bytes of a chain from `offset` on, with its offset in
+/// the image file, the number of those bytes before it and its own. `part` returns how many are
+/// good; stops at the first extent that is not good to its end, and returns the sum.
+template <class Part>
+std::int64_t ForExtents(const ClusterChain& chain, std::int64_t offset, std::int64_t count,
+                        const Part& part) {
+    std::int64_t good = 0;
+    while (good < count) {
+        const ClusterChain::Extent at = chain.ExtentAt(offset + good);
+        const std::int64_t wanted = std::min(count - good, at.Length);
+        std::int64_t inImage = 0;
+        try {
+            inImage = ClusterOffset(at.Cluster, at.InCluster);
+        } catch (const RuntimeError&) {
+            break;  // a cluster that lies outside what can be addressed
+        }
+        const std::int64_t got = part(inImage, good, wanted);
+        good += got;
+        if (got < wanted) break;
+    }
+    return good;
+}
+
+/// Calls `piece` with the offset and the length of each piece; it returns how many bytes are good.
+template <class Piece>
+WalkEnd Walk(const ClusterChain& chain, std::int64_t length, const Piece& piece) {
+    using std::chrono::steady_clock;
+    EventPump events;
+    Progress progress(length);
+    std::int64_t size = chain.BytesPerCluster();
+    for (std::int64_t at = 0; at < length;) {
+        if (StopRequested) return WalkEnd::kStopped;
+        const auto begun = steady_clock::now();
+        const std::int64_t wanted = std::min(size, length - at);
+        if (piece(at, wanted) < wanted) return WalkEnd::kReadFailed;
+        at += wanted;
+        // Large pieces are fast, but on a slow medium STOP has to wait for the end of one.
+        const auto taken = steady_clock::now() - begun;
+        if (taken < kShortPiece && size < kLargestPiece) size *= 2;
+        if (taken > kLongPiece && size > chain.BytesPerCluster()) size /= 2;
+        if (at == length) break;
+        progress.Show(at);
+        events.Process();
+    }
+    return WalkEnd::kDone;
+}
+
+/// Calls `take` with the bytes of a piece, as far as they can be read; returns how many.
+template <class Take>
+std::int64_t ReadPiece(const ClusterChain& chain, std::int64_t offset, std::int64_t count,
+                       PageBytes& buffer, const Take& take) {
+    std::int64_t good = 0;
+    while (good < count) {
+        buffer.resize(static_cast<std::size_t>(std::min(count - good, kLargestBuffer)));
+        const std::size_t got = ReadChain(chain, offset + good, buffer);
+        good += static_cast<std::int64_t>(got);
+        if (got > 0) take(std::span<const Byte>(buffer).first(got));
+        if (got < buffer.size()) break;
+    }
+    return good;
+}
 
 }  // namespace
 
@@ -85,49 +152,55 @@ std::int64_t ContentLength(Long row, const ClusterChain& chain) {
 }
 
 std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<Byte> bytes) {
-    std::size_t good = 0;
-    while (good < bytes.size()) {
-        const auto at = chain.ExtentAt(offset + static_cast<std::int64_t>(good));
-        const auto wanted =
-            std::min<std::size_t>(bytes.size() - good, static_cast<std::size_t>(at.Length));
-        std::size_t got = 0;
-        try {
-            const std::int64_t place = ClusterOffset(at.Cluster, at.InCluster);
-            got = ReadFileUpTo(kImageFile, place, bytes.subspan(good, wanted));
-        } catch (const RuntimeError&) {
-            got = 0;  // a cluster that lies outside what can be addressed
-        }
-        good += got;
-        if (got < wanted) break;
-    }
-    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(good), bytes.end(), Byte{0});
-    return good;
+    const auto read = [bytes](std::int64_t inImage, std::int64_t done, std::int64_t count) {
+        const auto part =
+            bytes.subspan(static_cast<std::size_t>(done), static_cast<std::size_t>(count));
+        return static_cast<std::int64_t>(ReadFileUpTo(kImageFile, inImage, part));
+    };
+    const std::int64_t good = ForExtents(chain, offset, std::ssize(bytes), read);
+    std::fill(bytes.begin() + good, bytes.end(), Byte{0});
+    return static_cast<std::size_t>(good);
 }
 
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take) {
-    using std::chrono::steady_clock;
-    EventPump events;
-    Progress progress(length);
-    std::vector<Byte> buffer;
-    std::int64_t piece = chain.BytesPerCluster();
-    for (std::int64_t at = 0; at < length;) {
-        if (StopRequested) return WalkEnd::kStopped;
-        const auto begun = steady_clock::now();
-        buffer.resize(static_cast<std::size_t>(std::min(piece, length - at)));
-        const std::size_t good = ReadChain(chain, at, buffer);
-        if (good > 0) take(std::span(buffer).first(good));
-        if (good < buffer.size()) return WalkEnd::kReadFailed;
-        at += static_cast<std::int64_t>(good);
-        // Large pieces are fast, but on a slow medium STOP has to wait for the end of one.
-        const auto taken = steady_clock::now() - begun;
-        if (taken < kShortPiece && piece < kLargestPiece) piece *= 2;
-        if (taken > kLongPiece && piece > chain.BytesPerCluster()) piece /= 2;
-        if (at == length) break;
-        progress.Show(at);
-        events.Process();
-    }
-    return WalkEnd::kDone;
+    PageBytes buffer;
+    return Walk(chain, length, [&](std::int64_t offset, std::int64_t count) {
+        return ReadPiece(chain, offset, count, buffer, take);
+    });
+}
+
+WalkEnd CheckChain(const ClusterChain& chain, std::int64_t length,
+                   const std::function<void(std::int64_t bytes)>& goodTo) {
+    PageBytes buffer;
+    const auto check = [](std::int64_t inImage, std::int64_t, std::int64_t count) {
+        return count < kWorthChecking ? 0 : CheckFileUpTo(kImageFile, inImage, count);
+    };
+    return Walk(chain, length, [&](std::int64_t offset, std::int64_t count) {
+        std::int64_t good = ForExtents(chain, offset, count, check);
+        good += ReadPiece(chain, offset + good, count - good, buffer, [](auto) {});
+        if (good > 0) goodTo(offset + good);
+        return good;
+    });
+}
+
+WalkEnd CopyChain(const ClusterChain& chain, std::int64_t length, int target,
+                  std::int64_t& written) {
+    PageBytes buffer;
+    bool mayShare = true;
+    const auto share = [target](std::int64_t inImage, std::int64_t, std::int64_t count) {
+        return ShareFileUpTo(kImageFile, inImage, count, target);
+    };
+    const auto write = [&](std::span<const Byte> bytes) {
+        WriteFile(target, bytes);
+        written += std::ssize(bytes);
+    };
+    return Walk(chain, length, [&](std::int64_t offset, std::int64_t count) {
+        const std::int64_t shared = mayShare ? ForExtents(chain, offset, count, share) : 0;
+        mayShare = shared > 0;
+        written += shared;
+        return shared + ReadPiece(chain, offset + shared, count - shared, buffer, write);
+    });
 }
 
 void RaiseReadError(const ClusterChain& chain, std::int64_t offset) {

@@ -67,11 +67,20 @@ std::size_t ReadChain(const ClusterChain& chain, std::int64_t offset, std::span<
 
 enum class WalkEnd { kDone, kStopped, kReadFailed };
 
-/// Hands the first `length` bytes of a chain to `take`, in order, first one cluster and then
-/// larger pieces, and lets events in between them. Ends early when StopRequested is set, and where
-/// a read fails, behind the last good byte. What `take` throws goes to the caller.
+/// Walks the first `length` bytes of a chain in order: first one cluster, then larger pieces, with
+/// events processed in between. Stops early when StopRequested is set, and at the first byte that
+/// cannot be read. What a callback throws goes to the caller.
+///
+/// WalkChain calls `take` with the bytes.
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take);
+/// CheckChain only finds out how far reading goes: calls `goodTo` with the number of bytes so far.
+WalkEnd CheckChain(const ClusterChain& chain, std::int64_t length,
+                   const std::function<void(std::int64_t bytes)>& goodTo);
+/// CopyChain appends the bytes to the file `target`, which is open for writing, and adds their
+/// number to `written`. Raises what a failing write raises.
+WalkEnd CopyChain(const ClusterChain& chain, std::int64_t length, int target,
+                  std::int64_t& written);
 
 /// Raises the error of reading the chain at `offset`, 57 when that no longer fails.
 [[noreturn]] void RaiseReadError(const ClusterChain& chain, std::int64_t offset);

@@ -31,8 +31,8 @@ void ShowFileDump(Long row, TextDisplay& display) {
     const auto text = std::make_shared<const DumpText>(ClusterChain(DirEntries(row).StartCluster));
     const auto shown = std::make_shared<std::int64_t>(0);
     display.Append(DumpPiece(text, shown));
-    WalkChain(text->Chain(), ContentLength(row, text->Chain()), [&](std::span<const Byte> bytes) {
-        *shown += static_cast<std::int64_t>(bytes.size());
+    CheckChain(text->Chain(), ContentLength(row, text->Chain()), [&](std::int64_t bytes) {
+        *shown = bytes;
         display.GrowLast(text->SizeOf(*shown), *shown / 16);
     });
 }

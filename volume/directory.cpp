@@ -5,6 +5,7 @@
 #include <span>
 
 #include "platform/numberedFiles.h"
+#include "platform/pageBytes.h"
 #include "util/modUtility.h"
 #include "volume/clusterChain.h"
 #include "volume/fatEntries.h"
@@ -106,7 +107,7 @@ class EntryBlock {
     }
 
     std::int64_t Start = 0;  // in the image file
-    std::vector<Byte> Held{};
+    PageBytes Held{};
 };
 
 EntryBlock ReadAhead;

@@ -4,6 +4,8 @@
 #include <array>
 #include <cstring>
 
+#include "platform/pageBytes.h"
+
 namespace tessel {
 namespace {
 
@@ -181,7 +183,7 @@ void DumpText::Read(std::int64_t bytes, TextOffset at, std::size_t count, std::s
     std::int64_t byte = ByteOf(at);
     const std::size_t start = out.size();
     std::size_t skip = static_cast<std::size_t>(at - TextOf(byte));
-    std::vector<Byte> buffer;
+    PageBytes buffer;
     out.reserve(end + skip);
     while (out.size() < end + skip && byte < bytes) {
         const auto missing = static_cast<std::int64_t>(end + skip - out.size());

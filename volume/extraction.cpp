@@ -34,14 +34,6 @@ std::optional<LocalTime> ModificationTime(const DirEntry& e) {
     return valid ? std::optional(t) : std::nullopt;
 }
 
-/// Copies the chain into the open target. Raises what a failing write raises.
-WalkEnd CopyChain(Long row, const ClusterChain& chain, std::int64_t& written) {
-    return WalkChain(chain, ContentLength(row, chain), [&](std::span<const Byte> bytes) {
-        WriteFile(kTargetFile, bytes);
-        written += static_cast<std::int64_t>(bytes.size());
-    });
-}
-
 RuntimeError ReadErrorOf(const ClusterChain& chain, std::int64_t offset) {
     try {
         RaiseReadError(chain, offset);
@@ -71,7 +63,7 @@ bool CopyEntry(Long row, const std::string& path, SaveErrors& errors) {
     try {
         if (!IsFile(row) || e.FileSize != 0) {
             const ClusterChain chain(e.StartCluster);
-            const WalkEnd end = CopyChain(row, chain, written);
+            const WalkEnd end = CopyChain(chain, ContentLength(row, chain), kTargetFile, written);
             if (end == WalkEnd::kReadFailed) {
                 errors.Show(SaveStep::kReadImage, ReadErrorOf(chain, written), path);
             }

@@ -1,7 +1,6 @@
 #include "volume/imageReads.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "platform/numberedFiles.h"
 #include "volume/onDisk.h"
@@ -19,7 +18,7 @@ std::int64_t AreaOffset(Long sector) {
 /// The largest FAT with 12-bit or 16-bit entries, whatever the boot sector says.
 constexpr std::int64_t kLongestFat = std::int64_t{65536} * 2;
 
-void ReadFat(std::vector<Byte>& fat, Long sector) {
+void ReadFat(PageBytes& fat, Long sector) {
     fat.clear();
     const std::int64_t offset = AreaOffset(sector);
     const Long told =

@@ -15,9 +15,9 @@ DiskAddressRecord DiskAddress;
 
 std::array<Byte, 512> SectorBuffer{};
 std::array<Byte, 512> BootSectorBytes{};
-std::vector<Byte> Fat0Bytes;
-std::vector<Byte> Fat1Bytes;
-std::vector<Byte> RootDirBytes;
+PageBytes Fat0Bytes;
+PageBytes Fat1Bytes;
+PageBytes RootDirBytes;
 
 Long PartitionOffset = 0;
 Long FatType = 0;

@@ -2,8 +2,8 @@
 
 #include <array>
 #include <string>
-#include <vector>
 
+#include "platform/pageBytes.h"
 #include "platform/runtimeError.h"
 #include "util/byteFields.h"
 #include "volume/modGlobals.h"
@@ -71,9 +71,9 @@ extern DiskAddressRecord DiskAddress;
 
 extern std::array<Byte, 512> SectorBuffer;     ///< target of single-sector reads
 extern std::array<Byte, 512> BootSectorBytes;  ///< sector 0 of the volume
-extern std::vector<Byte> Fat0Bytes;            ///< the first FAT, as far as the image holds it
-extern std::vector<Byte> Fat1Bytes;            ///< the second FAT, likewise
-extern std::vector<Byte> RootDirBytes;         ///< the whole root directory
+extern PageBytes Fat0Bytes;                    ///< the first FAT, as far as the image holds it
+extern PageBytes Fat1Bytes;                    ///< the second FAT, likewise
+extern PageBytes RootDirBytes;                 ///< the whole root directory
 
 extern Long PartitionOffset;  ///< offset of the volume in the image file, bytes
 extern Long FatType;          ///< 0 before the first image, then 12, 16 or 32

@@ -2,15 +2,20 @@
 #include "tests/hostTools.h"
 
 #include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdarg>
 #include <ctime>
 #include <filesystem>
+#include <vector>
 
 namespace {
 
@@ -19,20 +24,58 @@ struct {
     off_t From = 0, To = 0;
 } TheBadPart;
 
-}  // namespace
+std::int64_t BytesShared = -1;  // -1: the host decides
 
-/// Takes precedence over the host's, and can be made to fail.
-extern "C" ssize_t pread(int descriptor, void* buffer, size_t count, off_t offset) {
+/// How many of `count` bytes a read gets: 0 where it fails.
+size_t Readable(int descriptor, size_t count, off_t offset) {
     struct stat status {};
     const bool touched = offset < TheBadPart.To &&
                          offset + static_cast<off_t>(count) > TheBadPart.From &&
                          fstat(descriptor, &status) == 0 && status.st_ino == TheBadPart.File;
-    if (touched && offset >= TheBadPart.From) return errno = EIO, -1;
-    if (touched) count = static_cast<size_t>(TheBadPart.From - offset);
-    return syscall(SYS_pread64, descriptor, buffer, count, offset);
+    if (!touched) return count;
+    return offset < TheBadPart.From ? static_cast<size_t>(TheBadPart.From - offset) : 0;
+}
+
+/// Copies what a file system would share: whole blocks that the source has.
+int Share(int target, const file_clone_range& range) {
+    const std::uint64_t odd = range.src_offset | range.src_length | range.dest_offset;
+    std::vector<char> bytes(range.src_length);
+    const auto held = syscall(SYS_pread64, static_cast<int>(range.src_fd), bytes.data(),
+                              bytes.size(), range.src_offset);
+    const auto start = static_cast<off_t>(range.dest_offset);
+    if (odd % 4096 != 0 || held != std::ssize(bytes) ||
+        pwrite(target, bytes.data(), bytes.size(), start) != held) {
+        return errno = EINVAL, -1;
+    }
+    BytesShared += held;
+    return 0;
+}
+
+}  // namespace
+
+// These take precedence over the host's, and can be made to fail or to share.
+extern "C" ssize_t pread(int descriptor, void* buffer, size_t count, off_t offset) {
+    const size_t good = Readable(descriptor, count, offset);
+    if (good == 0 && count > 0) return errno = EIO, -1;
+    return syscall(SYS_pread64, descriptor, buffer, good, offset);
 }
 extern "C" ssize_t pread64(int descriptor, void* buffer, size_t count, off64_t offset) {
     return pread(descriptor, buffer, count, offset);
+}
+extern "C" ssize_t sendfile(int to, int from, off_t* offset, size_t count) noexcept {
+    const size_t good = Readable(from, count, *offset);
+    if (good == 0 && count > 0) return errno = EIO, -1;
+    return syscall(SYS_sendfile, to, from, offset, good);
+}
+extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
+    va_list list;
+    va_start(list, request);
+    void* const argument = va_arg(list, void*);
+    va_end(list);
+    if (request == FICLONERANGE && BytesShared >= 0) {
+        return Share(descriptor, *static_cast<const file_clone_range*>(argument));
+    }
+    return static_cast<int>(syscall(SYS_ioctl, descriptor, request, argument));
 }
 
 namespace tessel {
@@ -60,6 +103,11 @@ void StopFailingReads() { TheBadPart = {}; }
 FullDisk::FullDisk(std::int64_t bytes)
     : Before(SetLimit(RLIMIT_FSIZE, static_cast<std::uint64_t>(bytes))) {}
 FullDisk::~FullDisk() { SetLimit(RLIMIT_FSIZE, Before); }
+
+SharedExtents::SharedExtents() { BytesShared = 0; }
+SharedExtents::~SharedExtents() { BytesShared = -1; }
+SharedExtents::operator bool() const { return true; }
+std::int64_t SharedExtents::Bytes() { return BytesShared; }
 
 NoHandles::NoHandles() {
     const int next = dup(0);

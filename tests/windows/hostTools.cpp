@@ -87,6 +87,11 @@ void StopFailingReads() { TheBadPart = {}; }
 FullDisk::FullDisk(std::int64_t bytes) { TheFullSize = bytes; }
 FullDisk::~FullDisk() { TheFullSize = INT64_MAX; }
 
+SharedExtents::SharedExtents() = default;
+SharedExtents::~SharedExtents() = default;
+SharedExtents::operator bool() const { return false; }
+std::int64_t SharedExtents::Bytes() { return 0; }
+
 NoHandles::NoHandles() { NothingOpens = true; }
 NoHandles::~NoHandles() { NothingOpens = false; }
 
