@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "dialogs/modFile.h"
+#include "drive/resetVolume.h"
 #include "fuzz/memoryHost.h"
 #include "platform/hostFiles.h"
 #include "volume/modDisks.h"

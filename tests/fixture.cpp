@@ -5,6 +5,7 @@
 #include <random>
 
 #include "dialogs/modFile.h"
+#include "drive/resetVolume.h"
 #include "platform/hostFiles.h"
 #include "platform/numberedFiles.h"
 #include "volume/modDisks.h"

@@ -1,3 +1,4 @@
+#include "drive/resetVolume.h"
 #include "platform/numberedFiles.h"
 #include "tests/fixture.h"
 #include "volume/modDisks.h"

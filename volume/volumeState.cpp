@@ -1,7 +1,5 @@
 #include "volume/volumeState.h"
 
-#include "platform/numberedFiles.h"
-#include "volume/directory.h"
 #include "volume/onDisk.h"
 
 namespace tessel {
@@ -22,21 +20,6 @@ PageBytes RootDirBytes;
 Long PartitionOffset = 0;
 Long FatType = 0;
 Long FatEndMark = 0;
-
-void ResetVolume() {
-    CloseAllFiles();
-    Busy = StopRequested = false;
-    Drives = {};
-    BootSector = {};
-    DiskAddress = {};
-    SectorBuffer = {};
-    BootSectorBytes = {};
-    Fat0Bytes.clear();
-    Fat1Bytes.clear();
-    RootDirBytes.clear();
-    PartitionOffset = FatType = FatEndMark = 0;
-    ClearDirEntries();
-}
 
 Long ClusterBytes() { return BootSector.SectorsPerCluster * kSectorBytes; }
 

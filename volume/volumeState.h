@@ -84,10 +84,6 @@ inline constexpr int kImageFile = 1;
 /// The file number of a host file being written.
 inline constexpr int kTargetFile = 20;
 
-/// Resets all state of the volume, including the directory table, to its initial values, and closes
-/// all files.
-void ResetVolume();
-
 /// Bytes of one cluster: SectorsPerCluster sectors of 512 bytes.
 Long ClusterBytes();
 
