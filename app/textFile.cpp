@@ -34,7 +34,7 @@ class PartWriter {
 
     /// Takes over the content of `part`, which is unspecified afterwards. Raises the error of
     /// writing the previous part.
-    void Write(std::string& part) {
+    void Write(PageText& part) {
         Events.Process();
         Finish();
         Shown.Show(Accepted);
@@ -64,47 +64,50 @@ class PartWriter {
     Progress Shown;
     std::int64_t Accepted = 0;  // bytes
     std::function<void(std::span<const Byte>)> Writer;
-    std::string Buffer;
+    PageText Buffer;
     std::future<void> Pending;  // last: its destructor waits for the thread that reads Buffer
 };
 
 }  // namespace
 
-void LineEnds::Convert(std::string& part, bool onlyCrLf) {
+void LineEnds::Convert(PageText& part, bool onlyCrLf) {
     // Most texts need no conversion, and they are large.
-    if (!PendingCr && (onlyCrLf || IsConverted(part))) return;
-    std::string converted;
+    if (!PendingCr && (onlyCrLf || IsConverted({part.data(), part.size()}))) return;
+    PageText converted;
     converted.reserve(part.size() + 2);
+    const auto endLine = [&converted] { converted.insert(converted.end(), {'\r', '\n'}); };
     for (const char c : part) {
         if (PendingCr) {
-            converted += "\r\n";
+            endLine();
             PendingCr = false;
             if (c == '\n') continue;
         }
         if (c == '\r') {
             PendingCr = true;
         } else if (c == '\n') {
-            converted += "\r\n";
+            endLine();
         } else {
-            converted += c;
+            converted.push_back(c);
         }
     }
     part = std::move(converted);
 }
 
-std::string LineEnds::Rest() { return std::exchange(PendingCr, false) ? "\r\n" : ""; }
+PageText LineEnds::Rest() {
+    return std::exchange(PendingCr, false) ? PageText{'\r', '\n'} : PageText{};
+}
 
 bool WriteTextFile(const TextDisplay& display, const bool& stop) {
     struct Stopped {};
     try {
         LineEnds ends;
         PartWriter file(display.Size());
-        display.WriteTo([&](std::string& part, bool onlyCrLf) {
+        display.WriteTo([&](PageText& part, bool onlyCrLf) {
             if (stop) throw Stopped();
             ends.Convert(part, onlyCrLf);
             file.Write(part);
         });
-        std::string rest = ends.Rest();
+        PageText rest = ends.Rest();
         file.Write(rest);
         file.Finish();
     } catch (const Stopped&) {

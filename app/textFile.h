@@ -11,9 +11,9 @@ class LineEnds {
   public:
     /// Converts the line breaks of `part` in place. A CR at its end is kept back until the next
     /// part, unless `onlyCrLf` says that the text has no line breaks except CR LF.
-    void Convert(std::string& part, bool onlyCrLf);
+    void Convert(PageText& part, bool onlyCrLf);
     /// Returns what is still kept back at the end of the text.
-    std::string Rest();
+    PageText Rest();
 
   private:
     bool PendingCr = false;

@@ -136,7 +136,7 @@ void Format(benchmark::State& state, const std::string& mode, int line) {
     opened.Run("choose " + mode + "\nselect " + std::to_string(line));
     for (auto _ : state) {
         opened.Display().WriteTo(
-            [](std::string_view part, bool) { benchmark::DoNotOptimize(part.data()); });
+            [](const tessel::PageText& part, bool) { benchmark::DoNotOptimize(part.data()); });
     }
     CountBytes(state, kFileBytes);
 }

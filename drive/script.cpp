@@ -151,7 +151,8 @@ bool Script::ClickLine(const std::string& number, bool doubleClick) {
 
 bool Script::Show(const std::string& what) {
     if (what == "display") {
-        Form.rtfDisplay.Text.WriteTo([this](std::string_view part, bool) { Out << part; });
+        Form.rtfDisplay.Text.WriteTo(
+            [this](const PageText& part, bool) { Out.write(part.data(), std::ssize(part)); });
     } else if (what == "list") {
         for (int line = 0; line < Form.listDIR.Count(); ++line) {
             Out << (line == Form.listDIR.ListIndex() ? ">" : "") << Form.listDIR.ItemData(line)

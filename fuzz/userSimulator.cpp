@@ -110,7 +110,7 @@ void UserSimulator::CheckText() const {
     const std::string whole = text.Text();
     Require(std::ssize(whole) == size, "the whole text has the length Size()");
     std::string parts;
-    text.WriteTo([&parts](std::string_view part, bool) { parts += part; });
+    text.WriteTo([&parts](const PageText& part, bool) { parts.append(part.begin(), part.end()); });
     Require(parts == whole, "WriteTo writes the whole text");
     std::string joined;
     const std::int64_t step = std::max<std::int64_t>(100, lines / 50);

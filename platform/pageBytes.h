@@ -35,7 +35,8 @@ struct PageAllocator {
     bool operator==(const PageAllocator&) const = default;
 };
 
-/// Bytes of a large read or write. resize() leaves new ones uninitialised.
+/// Bytes of a large read or write, and text. resize() leaves new elements uninitialised.
 using PageBytes = std::vector<Byte, PageAllocator<Byte>>;
+using PageText = std::vector<char, PageAllocator<char>>;
 
 }  // namespace tessel

@@ -5,10 +5,8 @@
 namespace tessel {
 namespace {
 
-/// Bytes of a part of WriteTo, and the spare capacity that a generated piece may use while it
-/// formats one.
+/// Bytes of a part of WriteTo.
 constexpr std::int64_t kPartSize = 2 << 20;
-constexpr std::int64_t kPartSlack = 4096;
 
 template <class... F>
 struct Overloaded : F... {
@@ -60,11 +58,11 @@ std::int64_t TextDisplay::Piece::LineBreaks() const {
                       Content);
 }
 
-void TextDisplay::Piece::Read(TextOffset at, std::size_t count, std::string& out) const {
+void TextDisplay::Piece::Read(TextOffset at, std::span<char> text) const {
     std::visit(Overloaded{[&](const LiteralText& t) {
-                              out.append(t.Text, static_cast<std::size_t>(at), count);
+                              std::copy_n(t.Text.begin() + at, text.size(), text.begin());
                           },
-                          [&](const GeneratedText& t) { t.Read(at, count, out); }},
+                          [&](const GeneratedText& t) { t.Read(at, text); }},
                Content);
 }
 
@@ -181,11 +179,14 @@ std::string TextDisplay::Text(TextOffset at, std::int64_t count) const {
     at = std::max<TextOffset>(at, 0);
     const TextOffset end = std::min(Size(), at + std::max<std::int64_t>(count, 0));
     if (at >= end) return text;
-    text.reserve(static_cast<std::size_t>(end - at));
+    text.resize(static_cast<std::size_t>(end - at));
     for (const Piece& piece : Pieces) {
         const TextOffset from = std::max(at, piece.Start);
         const TextOffset to = std::min(end, piece.Start + piece.Size());
-        if (from < to) piece.Read(from - piece.Start, static_cast<std::size_t>(to - from), text);
+        if (from >= to) continue;
+        piece.Read(from - piece.Start,
+                   std::span(text).subspan(static_cast<std::size_t>(from - at),
+                                           static_cast<std::size_t>(to - from)));
     }
     return text;
 }
@@ -195,16 +196,15 @@ std::string TextDisplay::Lines(std::int64_t first, std::int64_t count) const {
     return Text(start, LineStart(first + count) - start);
 }
 
-void TextDisplay::WriteTo(const std::function<void(std::string& part, bool onlyCrLf)>& sink) const {
-    std::string part;
+void TextDisplay::WriteTo(const std::function<void(PageText& part, bool onlyCrLf)>& sink) const {
+    PageText part;
     for (const Piece& piece : Pieces) {
         const std::int64_t size = piece.Size();
         const auto* generated = std::get_if<GeneratedText>(&piece.Content);
         const bool onlyCrLf = generated != nullptr && generated->OnlyCrLf;
         for (TextOffset at = 0; at < size; at += kPartSize) {
-            part.clear();
-            part.reserve(static_cast<std::size_t>(std::min(kPartSize, size - at) + kPartSlack));
-            piece.Read(at, static_cast<std::size_t>(std::min(kPartSize, size - at)), part);
+            part.resize(static_cast<std::size_t>(std::min(kPartSize, size - at)));
+            piece.Read(at, part);
             sink(part, onlyCrLf);
         }
     }

@@ -3,10 +3,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
+
+#include "platform/pageBytes.h"
 
 namespace tessel {
 
@@ -20,9 +23,9 @@ struct GeneratedText {
     std::int64_t LineBreaks = 0;  ///< line breaks in it
     bool OnlyCrLf = false;        ///< every line break in it is a CR LF
 
-    /// Appends the `count` bytes from `at` on to `out`; at + count is at most Size. Raises nothing:
+    /// Fills `text` with the bytes from `at` on; they end at Size at the latest. Raises nothing:
     /// bytes of the image that can no longer be read count as 0.
-    std::function<void(TextOffset at, std::size_t count, std::string& out)> Read{};
+    std::function<void(TextOffset at, std::span<char> text)> Read{};
     /// Returns the number of line breaks that end at or before `at`.
     std::function<std::int64_t(TextOffset at)> BreaksUpTo{};
     /// Returns the offset after the n-th line break, n from 1 to LineBreaks.
@@ -65,7 +68,7 @@ class TextDisplay {
     /// Passes the whole text to `sink`, in parts of at most 2 MiB. `onlyCrLf` is OnlyCrLf of the
     /// generated piece that the part belongs to, false for a literal one. `sink` may take over the
     /// content of `part`; what it throws goes to the caller.
-    void WriteTo(const std::function<void(std::string& part, bool onlyCrLf)>& sink) const;
+    void WriteTo(const std::function<void(PageText& part, bool onlyCrLf)>& sink) const;
 
     /// Increases whenever the text is cleared or replaced: offsets kept from an earlier generation
     /// (a selection, a scroll position) are invalid.
@@ -90,7 +93,7 @@ class TextDisplay {
 
         std::int64_t Size() const;
         std::int64_t LineBreaks() const;
-        void Read(TextOffset at, std::size_t count, std::string& out) const;
+        void Read(TextOffset at, std::span<char> text) const;
         std::int64_t BreaksUpTo(TextOffset at) const;
         TextOffset AfterBreak(std::int64_t n) const;
     };

@@ -33,11 +33,11 @@ std::string Rows(ByteBuffer bytes, std::size_t first, std::size_t count) {
 GeneratedText RowsPiece(const std::shared_ptr<const PageBytes>& bytes) {
     const std::size_t rows = bytes->size() / kPerRow;
     constexpr std::int64_t length = kRowLength;
-    const auto read = [bytes](TextOffset at, std::size_t count, std::string& out) {
+    const auto read = [bytes](TextOffset at, std::span<char> text) {
         const auto start = static_cast<std::size_t>(at);
         const std::size_t first = start / kRowLength;
-        const std::size_t behind = (start + count + kRowLength - 1) / kRowLength;
-        out.append(Rows(*bytes, first, behind - first), start % kRowLength, count);
+        const std::size_t behind = (start + text.size() + kRowLength - 1) / kRowLength;
+        Rows(*bytes, first, behind - first).copy(text.data(), text.size(), start % kRowLength);
     };
     return {.Size = static_cast<std::int64_t>(rows) * length,
             .LineBreaks = static_cast<std::int64_t>(rows),

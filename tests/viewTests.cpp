@@ -10,7 +10,8 @@ namespace {
 /// Checks everything that a display returns about its lines against the whole text.
 ::testing::AssertionResult Agrees(const TextDisplay& display, const std::string& text) {
     std::string written;
-    display.WriteTo([&written](std::string_view part, bool) { written += part; });
+    display.WriteTo(
+        [&written](const PageText& part, bool) { written.append(part.begin(), part.end()); });
     const auto whole = Same(display.Text(), text);
     if (!whole || written != text) return whole ? Same(written, text) : whole;
     std::vector<std::int64_t> starts = {0}, ends;

@@ -149,8 +149,27 @@ std::int64_t DumpText::SizeOf(std::int64_t bytes) const {
     return rest == 0 ? full : full + HeadLength(Source.ExtentAt(bytes - rest).Cluster) + 3 * rest;
 }
 
-void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
-                           std::string& out) const {
+/// A text that is formatted from a line's beginning on, of which only a part is wanted.
+class DumpText::Excerpt {
+  public:
+    /// Without its first `skipped` characters, and as long as `wanted`.
+    Excerpt(std::size_t skipped, std::span<char> wanted) : Skipped(skipped), Missing(wanted) {}
+
+    void Add(std::string_view text) {
+        const std::size_t first = std::min(Skipped, text.size());
+        Skipped -= first;
+        Missing = Missing.subspan(text.copy(Missing.data(), Missing.size(), first));
+    }
+    /// Characters to be formatted until it is complete.
+    std::size_t Rest() const { return Missing.empty() ? 0 : Skipped + Missing.size(); }
+
+  private:
+    std::size_t Skipped;
+    std::span<char> Missing;
+};
+
+void DumpText::FormatLines(std::int64_t first, std::span<const Byte> bytes,
+                           Excerpt& excerpt) const {
     constexpr std::size_t kLongestLine = 96;
     constexpr std::size_t kLinesAtOnce = 64;
     // Larger than the lines: the functions above overwrite characters past the end.
@@ -170,7 +189,7 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
             first += kLineBytes;
             inCluster += kLineBytes;
             if (++held == kLinesAtOnce || bytes.empty()) {
-                out.append(lines.data(), to);
+                excerpt.Add({lines.data(), to});
                 to = lines.data();
                 held = 0;
             }
@@ -178,34 +197,25 @@ void DumpText::AppendLines(std::int64_t first, std::span<const Byte> bytes,
     }
 }
 
-void DumpText::Read(std::int64_t bytes, TextOffset at, std::size_t count, std::string& out) const {
-    const std::size_t end = out.size() + count;
+void DumpText::Read(std::int64_t bytes, TextOffset at, std::span<char> text) const {
     std::int64_t byte = ByteOf(at);
-    const std::size_t start = out.size();
-    std::size_t skip = static_cast<std::size_t>(at - TextOf(byte));
+    Excerpt excerpt(static_cast<std::size_t>(at - TextOf(byte)), text);
     PageBytes buffer;
-    out.reserve(end + skip);
-    while (out.size() < end + skip && byte < bytes) {
-        const auto missing = static_cast<std::int64_t>(end + skip - out.size());
-        const std::int64_t lines = missing / (HeadLength(0) + kBody) + 1;
+    while (excerpt.Rest() > 0 && byte < bytes) {
+        const auto lines = static_cast<std::int64_t>(excerpt.Rest()) / (HeadLength(0) + kBody) + 1;
         const std::int64_t wanted = std::min({lines * kLineBytes, kBytesAtOnce, bytes - byte});
         buffer.resize(static_cast<std::size_t>(wanted));
         ReadChain(Source, byte, buffer);
-        AppendLines(byte, buffer, out);
+        FormatLines(byte, buffer, excerpt);
         byte += wanted;
-        if (skip > 0) {
-            out.erase(start, skip);
-            skip = 0;
-        }
     }
-    if (out.size() > end) out.resize(end);
 }
 
 GeneratedText DumpPiece(const std::shared_ptr<const DumpText>& text,
                         const std::shared_ptr<const std::int64_t>& bytes) {
     return {.OnlyCrLf = true,
-            .Read = [text, bytes](TextOffset at, std::size_t count,
-                                  std::string& out) { text->Read(*bytes, at, count, out); },
+            .Read = [text, bytes](TextOffset at,
+                                  std::span<char> part) { text->Read(*bytes, at, part); },
             .BreaksUpTo = [text](TextOffset at) { return text->ByteOf(at) / kLineBytes; },
             .AfterBreak = [text](std::int64_t n) { return text->TextOf(n * kLineBytes); }};
 }

@@ -26,9 +26,9 @@ class DumpText {
     TextOffset TextOf(std::int64_t byte) const;
     /// The first byte of the line that contains the text offset `at`.
     std::int64_t ByteOf(TextOffset at) const;
-    /// Appends `count` bytes, from `at` on, of the text of the chain's first `bytes` bytes. Bytes
-    /// of the chain that cannot be read count as 0.
-    void Read(std::int64_t bytes, TextOffset at, std::size_t count, std::string& out) const;
+    /// Fills `text`, from `at` on, with the text of the chain's first `bytes` bytes. Bytes of the
+    /// chain that cannot be read count as 0.
+    void Read(std::int64_t bytes, TextOffset at, std::span<char> text) const;
 
   private:
     struct Segment {
@@ -36,7 +36,8 @@ class DumpText {
         TextOffset Text;    // offset of its first line in the text
         std::int64_t Line;  // length of each of its lines
     };
-    void AppendLines(std::int64_t first, std::span<const Byte> bytes, std::string& out) const;
+    class Excerpt;
+    void FormatLines(std::int64_t first, std::span<const Byte> bytes, Excerpt& excerpt) const;
 
     ClusterChain Source;
     std::vector<Segment> Segments;  // one per run

@@ -147,22 +147,20 @@ TextOffset PlainText::AfterBreak(std::int64_t n) const {
     return Marks[block].Text + static_cast<TextOffset>(text.size());
 }
 
-void PlainText::Read(TextOffset at, std::size_t count, std::string& out) const {
+void PlainText::Read(TextOffset at, std::span<char> text) const {
     if (Marks.empty()) return;
-    for (std::size_t block = BlockAt(at); count > 0 && block < Marks.size(); ++block) {
-        const std::string text = BlockText(block);
+    for (std::size_t block = BlockAt(at); !text.empty() && block < Marks.size(); ++block) {
+        const std::string part = BlockText(block);
         const auto from = static_cast<std::size_t>(at - Marks[block].Text);
-        if (from >= text.size()) return;
-        const std::size_t part = std::min(count, text.size() - from);
-        out.append(text, from, part);
-        at += static_cast<TextOffset>(part);
-        count -= part;
+        if (from >= part.size()) return;
+        const std::size_t copied = part.copy(text.data(), text.size(), from);
+        text = text.subspan(copied);
+        at += static_cast<TextOffset>(copied);
     }
 }
 
 GeneratedText PlainPiece(const std::shared_ptr<const PlainText>& text) {
-    return {.Read = [text](TextOffset at, std::size_t count,
-                           std::string& out) { text->Read(at, count, out); },
+    return {.Read = [text](TextOffset at, std::span<char> part) { text->Read(at, part); },
             .BreaksUpTo = [text](TextOffset at) { return text->BreaksUpTo(at); },
             .AfterBreak = [text](std::int64_t n) { return text->AfterBreak(n); }};
 }

@@ -25,9 +25,9 @@ class PlainText {
     std::int64_t LineBreaks() const { return Breaks; }
     std::int64_t BreaksUpTo(TextOffset at) const;
     TextOffset AfterBreak(std::int64_t n) const;
-    /// Appends `count` bytes of the text from `at` on. If the image has changed meanwhile, the text
-    /// of a block is cut, or padded with blanks, to its previous length.
-    void Read(TextOffset at, std::size_t count, std::string& out) const;
+    /// Fills `text` from `at` on. If the image has changed meanwhile, the text of a block is cut,
+    /// or padded with blanks, to its previous length.
+    void Read(TextOffset at, std::span<char> text) const;
 
   private:
     struct Mark {

@@ -19,15 +19,15 @@ constexpr std::int64_t kNumbered = 17;  // length of a numbered line
 /// Lines such as "line 0000000042\r\n"; counts the bytes read.
 GeneratedText NumberedLines(std::int64_t lines, std::int64_t& bytesRead) {
     GeneratedText text{lines * kNumbered, lines, {}, {}, {}};
-    text.Read = [&bytesRead](TextOffset at, std::size_t count, std::string& out) {
-        bytesRead += static_cast<std::int64_t>(count);
+    text.Read = [&bytesRead](TextOffset at, std::span<char> part) {
+        bytesRead += std::ssize(part);
         std::string made;
         const auto skip = static_cast<std::size_t>(at % kNumbered);
-        for (std::int64_t line = at / kNumbered; made.size() < skip + count; ++line) {
+        for (std::int64_t line = at / kNumbered; made.size() < skip + part.size(); ++line) {
             const std::string number = std::to_string(line);
             made += "line " + std::string(10 - number.size(), '0') + number + "\r\n";
         }
-        out.append(made, skip, count);
+        made.copy(part.data(), part.size(), skip);
     };
     text.BreaksUpTo = [](TextOffset at) { return at / kNumbered; };
     text.AfterBreak = [](std::int64_t n) { return n * kNumbered; };
@@ -202,9 +202,9 @@ TEST_F(DisplayViewTest, FindsAcrossStepsAndWrapsAround) {
 TEST_F(DisplayViewTest, OneLineOf256MegabytesScrollsToItsEnd) {
     const std::int64_t size = 256 << 20;
     GeneratedText line{size, 0, {}, {}, {}};
-    line.Read = [this](TextOffset, std::size_t count, std::string& out) {
-        BytesRead += static_cast<std::int64_t>(count);
-        out.append(count, 'x');
+    line.Read = [this](TextOffset, std::span<char> part) {
+        BytesRead += std::ssize(part);
+        std::fill(part.begin(), part.end(), 'x');
     };
     line.BreaksUpTo = line.AfterBreak = [](std::int64_t) { return 0; };
     Box.Text.Append(line);
