@@ -7,9 +7,11 @@
 #include <QKeyEvent>
 #include <QLayout>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QResizeEvent>
 #include <QScreen>
+#include <QShortcut>
 #include <QUrl>
 
 #include "app/formTessel.h"
@@ -40,12 +42,37 @@ MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this))
     Inside->installEventFilter(this);
     BindMenu(form.mnuFile, *menuBar());
     BindMenu(form.mnuOptions, *menuBar());
+    MakeHelpMenu();
     MakeControls();
     setAcceptDrops(true);
     BindCaption(form.Form, *this);
     layout()->setSizeConstraint(QLayout::SetNoConstraint);  // no minimum size
     resize(PixelsOf(form.Form.ScaleWidth),
            PixelsOf(form.Form.ScaleHeight) + menuBar()->sizeHint().height());
+}
+
+void MainScreen::MakeHelpMenu() {
+    QMenu* menu = menuBar()->addMenu("Help");
+    const auto* letter = new QShortcut(QKeySequence("Alt+H"), this);
+    connect(letter, &QShortcut::activated, this,
+            [this, menu] { menuBar()->setActiveAction(menu->menuAction()); });
+    QAction* guide = menu->addAction("&Guide");
+    guide->setShortcut(QKeySequence::HelpContents);
+    connect(guide, &QAction::triggered, this, [this] {
+        if (!Guide) Guide = std::make_unique<GuideScreen>();
+        Guide->Show();
+    });
+    // Queued, because a screen reader's request to choose the entry must return before the box
+    // waits for the user.
+    connect(
+        menu->addAction("&About Tessel"), &QAction::triggered, this,
+        [this] {
+            QMessageBox::about(this, "About Tessel",
+                               QString("Tessel %1\n\nShows images of FAT12 and FAT16 disks and "
+                                       "extracts files from them. It never writes to an image.")
+                                   .arg(ProgramVersion()));
+        },
+        Qt::QueuedConnection);
 }
 
 void MainScreen::MakeControls() {

@@ -6,6 +6,7 @@
 
 #include "screen/bindControls.h"
 #include "screen/chooserScreen.h"
+#include "screen/guideScreen.h"
 
 namespace tessel {
 
@@ -35,6 +36,7 @@ class MainScreen : public QMainWindow {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void MakeHelpMenu();
     void MakeControls();
     void FollowSize();
     void KeepFocus(Property<bool>& enabled, QWidget& view);
@@ -45,6 +47,7 @@ class MainScreen : public QMainWindow {
     ProgressLine* Line = nullptr;
     FocusRestorer Focus;
     std::unique_ptr<ChooserScreen> Chooser;
+    std::unique_ptr<GuideScreen> Guide;
     bool Sized = false;
 };
 

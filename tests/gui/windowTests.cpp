@@ -2,6 +2,7 @@
 #include <QFontInfo>
 #include <QGroupBox>
 #include <QTest>
+#include <QTextBlock>
 #include <numeric>
 
 #include "tests/gui/screenTest.h"
@@ -109,6 +110,32 @@ TEST_F(MainScreenTest, TabVisitsTheControlsAndEnterPressesThem) {
     Key(Qt::Key_Return);
     EXPECT_NE(DisplayText().find("{MYDISK"), std::string::npos)
         << "Enter presses a button: Directory";
+}
+
+TEST_F(MainScreenTest, F1ShowsTheGuideWithItsPictures) {
+    Key(Qt::Key_F1);
+    GuideScreen* guide = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (guide == nullptr) guide = dynamic_cast<GuideScreen*>(window);
+    }
+    ASSERT_NE(guide, nullptr);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(guide));
+    int pictures = 0;
+    const QTextDocument& text = *guide->document();
+    for (QTextBlock block = text.begin(); block.isValid(); block = block.next()) {
+        for (auto part = block.begin(); !part.atEnd(); ++part) {
+            const QTextCharFormat format = part.fragment().charFormat();
+            if (!format.isImageFormat()) continue;
+            const QUrl name = format.toImageFormat().name();
+            EXPECT_FALSE(text.resource(QTextDocument::ImageResource, name).isNull())
+                << name.toString().toStdString();
+            ++pictures;
+        }
+    }
+    EXPECT_GT(pictures, 10);
+    Key(Qt::Key_Escape);
+    EXPECT_FALSE(guide->isVisible());
+    ActivateWindow();
 }
 
 TEST_F(MainScreenTest, MouseAndKeysNavigateTheListAndItsFolders) {
