@@ -88,6 +88,8 @@ TEST_F(DesktopTest, ADroppedImageIsOpenedButNothingElse) {
             Key(Qt::Key_Return);
         });
         Form->DropImage(first, "first.img");
+        box.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&box));
         Key(Qt::Key_Return);
     });
     EXPECT_TRUE(drop({first}));
