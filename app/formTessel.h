@@ -4,10 +4,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "dialogs/dialogGetDirectory.h"
 #include "platform/controls.h"
 #include "platform/host.h"
+#include "volume/partitionTable.h"
 
 namespace tessel {
 
@@ -72,6 +74,9 @@ struct formTessel {
     void Form_Load();
     /// Call when the program ends: stores the folder chooser's position.
     void Form_Unload();
+    /// What the box of Offset offers: the whole file, and the volumes in the image that was last
+    /// opened or refused in this run.
+    std::vector<InputChoice> OffsetChoices() const;
     /// Whether Exit was chosen during a long operation and will run when that has ended.
     bool ExitIsPending() const { return ExitPending; }
     /// Opens an image that the user dropped on the window or that the desktop passed, as Open does
@@ -115,6 +120,7 @@ struct formTessel {
     bool MaySaveDirectory();
     void OpenImage(const std::string& path, const std::string& title);
     bool OpenImageFile(const std::string& path);
+    void ShowFatTypeReason();
     void RefuseVolume();
     void BrowseVolume();
     void ReportOpenError(const RuntimeError& error);
@@ -150,6 +156,9 @@ struct formTessel {
     bool SaveText();
     void SetSavingText(bool flag);
     std::string SuggestedName() const;
+
+    PartitionTable LastTable{};  // of the image that was last opened or refused
+    std::string LastTitle{};     // its file name
 
     int RunningHandlers = 0;    // more than 1 when a handler runs while another processes events
     bool ClosePending = false;  // Close was chosen while the image was in use

@@ -6,6 +6,8 @@
 #include "dialogs/modFile.h"
 #include "platform/numberedFiles.h"
 #include "reports/dumps.h"
+#include "reports/fatTypeReason.h"
+#include "reports/offsetLines.h"
 #include "util/modUtility.h"
 #include "volume/errorReports.h"
 #include "volume/modDisks.h"
@@ -13,6 +15,9 @@
 /// Opening and closing an image.
 namespace tessel {
 namespace {
+
+constexpr const char* kTableInFront =
+    "This file begins with a partition table: Options > Offset lists its volumes. ";
 
 /// Runs steps that must all run even if an earlier one fails, and keeps the first error.
 class FirstError {
@@ -87,6 +92,8 @@ void formTessel::OpenImage(const std::string& path, const std::string& title) {
     Drives[1].ImageTitle = title;
     Drives[1].ImagePath = path;
     Form.Caption = "FAT File System " + path;
+    LastTable = {};
+    LastTitle = title;
     if (!OpenImageFile(path)) return;
 
     ParseBootSector();
@@ -94,6 +101,7 @@ void formTessel::OpenImage(const std::string& path, const std::string& title) {
     lblSystemID.Caption = Trimmed(BootSector.SystemId);
     const Long fatType = FatTypeOf(Drives[1].ClusterCount);
     SetFatType(fatType, lblSystemID);
+    ShowFatTypeReason();
     if (fatType == 32) {
         TheHost.MessageBox("FAT32 is not supported", "Bad FAT type");
         rtfDisplay.Text.Replace(DumpBootSector());
@@ -113,10 +121,12 @@ void formTessel::OpenImage(const std::string& path, const std::string& title) {
 bool formTessel::OpenImageFile(const std::string& path) {
     try {
         OpenForReading(kImageFile, path);
+        LastTable = ReadPartitionTable(kImageFile);
         SetDriveGeometry(1);
         Drives[1].IsOpen = true;
         lblVolumeID.Caption = "";
         lblSystemID.Caption = "";
+        lblSystemID.Hint = "";
         lblDirectory.Caption = "";
         DirDepth = 0;
         // Without its first sector there is nothing to show of a volume.
@@ -126,6 +136,11 @@ bool formTessel::OpenImageFile(const std::string& path) {
         ReportOpenError(error);
         return false;
     }
+}
+
+void formTessel::ShowFatTypeReason() {
+    const bool table = PartitionOffset == 0 && !LastTable.StartsWithVolume;
+    lblSystemID.Hint = (table && !LastTable.Volumes.empty() ? kTableInFront : "") + FatTypeReason();
 }
 
 void formTessel::ReportOpenError(const RuntimeError& error) {
@@ -170,6 +185,7 @@ void formTessel::CloseDrive(Integer index) {
     DriveRecord& drive = Drives[static_cast<std::size_t>(index)];
     lblVolumeID.Caption = "";
     lblSystemID.Caption = "";
+    lblSystemID.Hint = "";
     lblDirectory.Caption = "";
     drive.ImagePath.clear();
     drive.ImageTitle.clear();
@@ -181,10 +197,15 @@ void formTessel::CloseDrive(Integer index) {
     SetVolumeOpen(false);
 }
 
+std::vector<InputChoice> formTessel::OffsetChoices() const {
+    return OffsetLines(LastTable, LastTitle);
+}
+
 void formTessel::mnuOffset_Click() {
     std::string text = std::to_string(PartitionOffset);
     for (;;) {
-        text = TheHost.InputBox("Input Offset (0 to 2GB)", "Partition Offset", text);
+        text =
+            TheHost.InputBox("Input Offset (0 to 2GB)", "Partition Offset", text, OffsetChoices());
         if (text.empty()) return;
         const Long value = ParseNumber(text);
         if (value != -1) {

@@ -162,6 +162,10 @@ bool Script::Show(const std::string& what) {
         ShowLabels();
     } else if (what == "enabled") {
         ShowEnabled();
+    } else if (what == "offsets") {
+        for (const InputChoice& line : Form.OffsetChoices()) {
+            Out << line.Text << (line.Enabled ? "" : "\toff") << '\n';
+        }
     } else if (what == "dialog") {
         ShowDialog();
     } else {

@@ -81,7 +81,8 @@ ScriptedDesktop::ScriptedDesktop(
                 if (showBox) showBox(title, text);
             },
         .InputBox =
-            [this](const std::string&, const std::string&, const std::string&) {
+            [this](const std::string&, const std::string&, const std::string&,
+                   const std::vector<InputChoice>&) {
                 if (Inputs.empty()) return std::string();
                 std::string answer = Inputs.front().value_or("");
                 Inputs.pop_front();

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/controls.h"
 #include "platform/runtimeError.h"
@@ -47,14 +48,23 @@ struct SettingsStore {
         Write;
 };
 
+/// A line that an input box offers beside what can be typed.
+struct InputChoice {
+    std::string Value{};  ///< what choosing it puts into the text line
+    std::string Text{};   ///< how it is listed
+    bool Enabled = true;  ///< whether it can be chosen
+};
+
 /// The services of the desktop that the program runs on. main.cpp implements them with the toolkit;
 /// the driver and the tests use a scripted desktop.
 struct Host {
     /// Shows a modal message box and returns when the user closes it.
     std::function<void(const std::string& text, const std::string& title)> MessageBox{};
-    /// Asks the user for a text, with `text` already typed in. Returns "" after Cancel.
+    /// Asks the user for a text, with `text` already typed in. Returns "" after Cancel. With
+    /// `choices`, the text line is an editable drop-down that lists them; the result is the text in
+    /// the line, typed or chosen.
     std::function<std::string(const std::string& prompt, const std::string& title,
-                              const std::string& text)>
+                              const std::string& text, const std::vector<InputChoice>& choices)>
         InputBox;
     /// Shows the file dialog for opening or for saving. Fills FileName and FileTitle; Cancel raises
     /// 32755 when CancelError is set and leaves FileName empty when it is not.

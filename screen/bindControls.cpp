@@ -24,15 +24,6 @@ constexpr int kMinCaptionPixels = 8;
 /// Above the first control inside a frame.
 constexpr int kFrameCaptionTwips = 240;
 
-/// The text, which may come from an image, as one line: control characters become blanks.
-QString SingleLine(const std::string& text) {
-    QString line = ToQt(text);
-    for (QChar& unit : line) {
-        if (unit.category() == QChar::Other_Control) unit = u' ';
-    }
-    return line;
-}
-
 /// One line of plain text: a name from an image is never taken for markup or a mnemonic.
 class LabelView : public QLabel {
   public:
@@ -47,12 +38,8 @@ class LabelView : public QLabel {
         setText(text);
         setAccessibleName(text);
         setAccessibleDescription(hint.isEmpty() ? Meaning : Meaning + ". " + hint);
-        QString tip;
-        if (fontMetrics().horizontalAdvance(text) > width()) {
-            tip += "<div style='white-space:pre'>" + text.toHtmlEscaped() + "</div>";
-        }
-        if (!hint.isEmpty()) tip += "<div>" + hint.toHtmlEscaped() + "</div>";
-        setToolTip(tip);
+        const bool fits = fontMetrics().horizontalAdvance(text) <= width();
+        setToolTip((fits ? QString() : TipText(text)) + TipText(hint));
     }
 
   protected:
@@ -124,6 +111,21 @@ class MenuView : public QMenu {
 
 QString ToQt(const std::string& text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString SingleLine(const std::string& text) {
+    QString line = ToQt(text);
+    for (QChar& unit : line) {
+        if (unit.category() == QChar::Other_Control) unit = u' ';
+    }
+    return line;
+}
+
+QString TipText(const QString& line) {
+    constexpr int kLongLine = 60;
+    if (line.isEmpty()) return "";
+    const QString style = line.size() <= kLongLine ? " style='white-space:pre'" : "";
+    return "<div" + style + ">" + line.toHtmlEscaped() + "</div>";
 }
 
 QRect ToPixels(const ControlBounds& bounds) {

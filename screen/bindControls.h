@@ -19,6 +19,10 @@ class QMenuBar;
 namespace tessel {
 
 QString ToQt(const std::string& text);
+/// The text, which may come from an image, as one line: control characters become blanks.
+QString SingleLine(const std::string& text);
+/// Plain text as a part of a tool tip: a short text on one line, a long one broken at its blanks.
+QString TipText(const QString& line);
 
 /// Twips as logical pixels, at the scale of DesktopScale().
 QRect ToPixels(const ControlBounds& bounds);

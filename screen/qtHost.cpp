@@ -1,15 +1,15 @@
 #include "screen/qtHost.h"
 
 #include <QApplication>
+#include <QFontMetrics>
 #include <QGridLayout>
-#include <QInputDialog>
-#include <QLineEdit>
 #include <QMessageBox>
 #include <QSettings>
 
 #include "platform/host.h"
 #include "screen/bindControls.h"
 #include "screen/fileDialog.h"
+#include "screen/inputDialog.h"
 
 namespace tessel {
 
@@ -38,12 +38,6 @@ struct Pointer {
 };
 Pointer ThePointer;
 
-/// The width that a dialog's title and the buttons beside it need, in logical pixels.
-int TitleWidth(const QWidget& dialog) {
-    constexpr int kButtons = 150;
-    return dialog.fontMetrics().horizontalAdvance(dialog.windowTitle()) + kButtons;
-}
-
 void ShowMessage(const std::string& text, const std::string& title) {
     const NormalPointerScope pause;
     QMessageBox box(DialogOwner());
@@ -56,19 +50,6 @@ void ShowMessage(const std::string& text, const std::string& title) {
                       grid->columnCount());
     }
     box.exec();
-}
-
-std::string AskText(const std::string& prompt, const std::string& title, const std::string& text) {
-    const NormalPointerScope pause;
-    QInputDialog dialog(DialogOwner());
-    dialog.setInputMode(QInputDialog::TextInput);
-    dialog.setWindowTitle(ToQt(title));
-    dialog.setLabelText(ToQt(prompt));
-    dialog.setTextValue(ToQt(text));
-    dialog.setMinimumWidth(TitleWidth(dialog));
-    if (auto* edit = dialog.findChild<QLineEdit*>()) edit->selectAll();
-    if (dialog.exec() != QDialog::Accepted) return "";
-    return dialog.textValue().toStdString();
 }
 
 QString SettingKey(const std::string& section, const std::string& key) {
@@ -97,6 +78,15 @@ NormalPointerScope::NormalPointerScope() {
 NormalPointerScope::~NormalPointerScope() {
     --ThePointer.Dialogs;
     ThePointer.Follow();
+}
+
+int TitleWidth(const QWidget& dialog) {
+    // Most desktops write titles in bold, with an icon at one end and up to three buttons at the
+    // other.
+    constexpr int kIconAndButtons = 200;
+    QFont bold = dialog.font();
+    bold.setBold(true);
+    return QFontMetrics(bold).horizontalAdvance(dialog.windowTitle()) + kIconAndButtons;
 }
 
 QString BreakLongWords(QString text) {

@@ -17,6 +17,9 @@ extern bool UseToolkitDialogs;
 /// they may be broken.
 QString BreakLongWords(QString text);
 
+/// The width that a dialog's title and the buttons beside it need, in logical pixels.
+int TitleWidth(const QWidget& dialog);
+
 /// The window that a new dialog belongs to, or null.
 QWidget* DialogOwner();
 

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <fstream>
 
 #include "tests/fixture.h"
 #include "volume/modDisks.h"
@@ -61,6 +62,65 @@ TEST_F(ToolsTest, ImagesMadeByOtherToolsAreReadCorrectly) {
         EXPECT_TRUE(Same(Read("out/t/PLAIN.TXT"), Noise(9)));
         EXPECT_TRUE(Same(Read("out/t/" + names[1]), Noise(70009)));
         EXPECT_TRUE(Same(Read("out/t/Sub folder/INNER/" + names[2]), Noise(140009)));
+    }
+}
+
+TEST_F(ToolsTest, PartitionTablesMadeByOtherToolsOfferTheirVolumes) {
+    const std::string start = "(set -e; PATH=$PATH:/sbin:/usr/sbin; rm -f *.img; ";
+    if (!Shell(start + "which sfdisk parted)").ends_with("status 0\n")) {
+        GTEST_SKIP() << "sfdisk or parted is not installed";
+    }
+    const auto put = [this](const std::string& label, int sector) {
+        Image image;
+        image.Poke(43, label);
+        std::fstream file(At("disk.img"), std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(std::int64_t{sector} * 512);
+        file.write(reinterpret_cast<const char*>(image.Volume.data()), std::ssize(image.Volume));
+    };
+    EXPECT_EQ(Shell(start +
+                    "truncate -s 9G disk.img; printf 'label: dos\\nstart=40960,size=4096,type=83\\n"
+                    "start=2048,size=4096,type=1\\nstart=61440,size=40960,type=f\\n"
+                    "start=9000000,size=4096,type=6\\nstart=65536,size=4096,type=1\\n"
+                    "start=73728,size=4096,type=b\\nstart=81920,size=4096,type=1\\n' | "
+                    "sfdisk -q disk.img)"),
+              "status 0\n");
+    put("FIRST      ", 2048);
+    put("LOGICAL ONE", 65536);
+    put("LOGICAL 2  ", 81920);
+    EXPECT_EQ(Run("file @/disk.img\nmenu Open\nmenu Close\nshow offsets"),
+              "0   whole file\n1048576   FAT12   2.0 MB   FIRST\n"
+              "33554432   FAT12   2.0 MB   LOGICAL ONE\n41943040   FAT12   2.0 MB   LOGICAL 2\n"
+              "20971520   Linux, not supported   2.0 MB\toff\n"
+              "37748736   FAT32, no FAT boot sector   2.0 MB\toff\n"
+              "4608000000   FAT16, past the first 2 GB   2.0 MB   "
+              "dd if=disk.img of=part.img bs=512 skip=9000000 count=4096\toff\n");
+
+    const std::string made =
+        Shell(start +
+              "truncate -s 5G 'a b.img'; parted -s 'a b.img' mklabel gpt mkpart "
+              "'\"EFI system\"' fat16 1MiB 3MiB mkpart '\"K\u00F6ln\"' ext4 512MiB "
+              "514MiB mkpart late fat16 600MiB 602MiB mkpart later fat16 900MiB "
+              "902MiB mkpart last fat16 3000MiB 3002MiB; mv 'a b.img' disk.img)");
+    ASSERT_TRUE(made.ends_with("status 0\n")) << made;
+    put("EFI        ", 2048);
+    put("LATE       ", 600 * 2048);
+    put("LATER      ", 900 * 2048);
+    std::filesystem::rename(At("disk.img"), At("a b.img"));
+    EXPECT_EQ(
+        Run("file @/a b.img\nmenu Open\nmenu Close\nshow offsets"),
+        "0   whole file\n1048576   FAT12   2.0 MB   EFI   \"EFI system\"\n"
+        "629145600   FAT12   2.0 MB   LATE   \"late\"   past 536870919, taken in hexadecimal; "
+        "or dd if='a b.img' of=part.img bs=512 skip=1228800 count=4096\n"
+        "536870912   no FAT boot sector   2.0 MB   \"K\u00F6ln\"\toff\n"
+        "943718400   FAT12   2.0 MB   LATER   \"later\"   past 536870919: "
+        "dd if='a b.img' of=part.img bs=512 skip=1843200 count=4096\toff\n"
+        "3145728000   past the first 2 GB   2.0 MB   \"last\"   "
+        "dd if='a b.img' of=part.img bs=512 skip=6144000 count=4096\toff\n");
+    for (const InputChoice& line : Window->Form.OffsetChoices()) {
+        if (!line.Enabled || line.Value == "0") continue;
+        EXPECT_EQ(Run("input " + line.Value + "\nmenu Offset\nfile @/a b.img\nmenu Open"), "");
+        EXPECT_EQ(Window->Form.lblVolumeID.Caption.Get(), line.Value == "1048576" ? "EFI" : "LATE");
+        Run("menu Close");
     }
 }
 

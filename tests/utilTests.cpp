@@ -109,11 +109,11 @@ TEST(Names, AreShortenedAndMadeSafe) {
 
 TEST(Numbers, SizesAreRoundedUp) {
     EXPECT_EQ(SizeText(1023), "1023 bytes");
-    EXPECT_EQ(SizeText(1024), "1 KB");
-    EXPECT_EQ(SizeText(67108864), "64 MB");
+    EXPECT_EQ(SizeText(1024), "1.0 KB");
+    EXPECT_EQ(SizeText(67108864), "64.0 MB");
     EXPECT_EQ(SizeText(67108865), "64.1 MB");
     EXPECT_EQ(SizeText(1677721600), "1.6 GB");
-    EXPECT_EQ(SizeText(1048575), "1024 KB");
+    EXPECT_EQ(SizeText(1048575), "1024.0 KB");
 }
 
 }  // namespace

@@ -129,12 +129,12 @@ TEST_F(WindowTest, AVolumeIsRefusedWithItsBootSectorShown) {
 
 TEST_F(WindowTest, TheOffsetIsAskedForUntilItIsValid) {
     std::string asked;
-    TheHost.InputBox = [&asked, ask = TheHost.InputBox](const std::string& prompt,
-                                                        const std::string& title,
-                                                        const std::string& text) {
+    TheHost.InputBox = [&asked, ask = TheHost.InputBox](
+                           const std::string& prompt, const std::string& title,
+                           const std::string& text, const std::vector<InputChoice>& choices) {
         EXPECT_EQ(prompt + "|" + title, "Input Offset (0 to 2GB)|Partition Offset");
         asked += text + ";";
-        return ask(prompt, title, text);
+        return ask(prompt, title, text, choices);
     };
     // The answers, the initial texts of the box, and the resulting offset.
     const std::tuple<std::string, std::string, Long> rows[] = {

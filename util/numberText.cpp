@@ -60,6 +60,13 @@ std::string Padded(Long value, int digits) {
     return negative ? "-" + text : text;
 }
 
+std::string Grouped(Long value) {
+    std::string text = std::to_string(value);
+    const std::size_t first = value < 0 ? 1U : 0U;
+    for (std::size_t at = text.size(); at > first + 3;) text.insert(at -= 3, 1, ',');
+    return text;
+}
+
 std::string ByteToText(Byte value) {
     if ((value >= 32 && value <= 126) || value == '\t' || value == '\n' || value == '\r') {
         return std::string(1, static_cast<char>(value));
@@ -105,8 +112,7 @@ std::string SizeText(std::int64_t bytes) {
     std::size_t name = 0;
     for (; bytes >= unit * 1024 && name + 1 < kUnits.size(); unit *= 1024) ++name;
     const std::int64_t tenths = bytes / unit * 10 + (bytes % unit * 10 + unit - 1) / unit;
-    const std::string whole = std::to_string(tenths / 10);
-    return (tenths % 10 == 0 ? whole : whole + "." + std::to_string(tenths % 10)) + kUnits[name];
+    return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + kUnits[name];
 }
 
 std::string Trimmed(std::string_view text) {

@@ -19,6 +19,9 @@ std::string Hex8(Long value);
 /// does not count as a digit.
 std::string Padded(Long value, int digits);
 
+/// Decimal with a comma between groups of three digits.
+std::string Grouped(Long value);
+
 /// A byte of a file shown as text: 32 to 126, tab, line feed and carriage return as themselves, all
 /// others as "<", two hexadecimal digits and ">".
 std::string ByteToText(Byte value);

@@ -53,9 +53,10 @@ void Derive(Field& field, const Value& value) {
     }
 }
 
-void ReadFields() {
-    const ByteBuffer bytes = BootSectorBytes;
-    BootSector = {
+}  // namespace
+
+BootSectorRecord BootSectorFields(ByteBuffer bytes) {
+    BootSectorRecord fields{
         .OemId = GetString(bytes, boot::kOemId, boot::kOemIdLength),
         .BytesPerSector = GetWord(bytes, boot::kBytesPerSector),
         .SectorsPerCluster = GetByte(bytes, boot::kSectorsPerCluster),
@@ -76,10 +77,24 @@ void ReadFields() {
         .VolumeLabel = GetString(bytes, boot::kVolumeLabel, boot::kVolumeLabelLength),
         .SystemId = GetString(bytes, boot::kSystemId, boot::kSystemIdLength),
     };
-    BootSector.BootSignature = GetWord(bytes, boot::kBootSignature);
+    fields.BootSignature = GetWord(bytes, boot::kBootSignature);
+    return fields;
 }
 
-}  // namespace
+Long SectorCount(const BootSectorRecord& fields) {
+    return fields.SmallSectors != 0 ? fields.SmallSectors : fields.LargeSectors;
+}
+
+Long DataClusterCount(const BootSectorRecord& fields) {
+    if (fields.BytesPerSector == 0 || fields.SectorsPerCluster == 0) return 0;
+    // A part of a sector at the end of the root directory counts as a whole one here.
+    const Long rootSectors =
+        (fields.RootEntries * entry::kBytes + fields.BytesPerSector - 1) / fields.BytesPerSector;
+    const Long overhead =
+        fields.ReservedSectors + fields.NumberOfFats * fields.SectorsPerFat + rootSectors;
+    const Long sectors = SectorCount(fields);
+    return sectors > overhead ? (sectors - overhead) / fields.SectorsPerCluster : 0;
+}
 
 void SetDriveGeometry(Integer slot) {
     if (slot < 0 || slot >= static_cast<Integer>(Drives.size())) Raise(kSubscriptOutOfRange);
@@ -98,10 +113,11 @@ bool ReadBootSector() {
 }
 
 void ParseBootSector() {
-    ReadFields();
+    BootSector = BootSectorFields(BootSectorBytes);
     const BootSectorRecord& b = BootSector;
     DriveRecord& drive = Drives[1];
-    drive.TotalSectors = b.SmallSectors != 0 ? b.SmallSectors : b.LargeSectors;
+    drive.TotalSectors = SectorCount(b);
+    drive.DataClusterCount = DataClusterCount(b);
 
     const Long fats = b.SectorsPerFat * b.NumberOfFats;
     // Of all sectors, the reserved ones and the FATs included; see ClusterCount.

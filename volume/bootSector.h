@@ -2,6 +2,8 @@
 
 #include "platform/controls.h"
 #include "platform/runtimeError.h"
+#include "util/byteFields.h"
+#include "volume/volumeState.h"
 
 /// Mounting a volume: geometry, boot sector, layout, FAT type.
 namespace tessel {
@@ -18,6 +20,14 @@ void SetDriveGeometry(Integer slot);
 /// Reads sector 0 of the volume into BootSectorBytes. Returns false, and leaves it unchanged, when
 /// the read fails.
 bool ReadBootSector();
+
+/// The fields of a boot sector, which is 512 bytes long; raises 9 for a shorter one.
+BootSectorRecord BootSectorFields(ByteBuffer sector);
+/// The sectors of the volume: the small count, or the large one where that is 0.
+Long SectorCount(const BootSectorRecord& fields);
+/// The clusters of the data area, by which most systems decide the FAT type; 0 where the fields
+/// make no sense.
+Long DataClusterCount(const BootSectorRecord& fields);
 
 /// Fills BootSector from BootSectorBytes and computes the layout of Drives[1]. A layout field that
 /// cannot be computed (division by zero, value too large) keeps its previous value.

@@ -36,6 +36,8 @@ inline constexpr Integer kOemIdLength = 8;
 inline constexpr Integer kVolumeLabelLength = 11;
 inline constexpr Integer kSystemIdLength = 8;
 inline constexpr Long kBootSignatureValue = 0xAA55;
+inline constexpr Long kLabelledSignature =
+    0x29;  // serial number, label and system identifier follow
 }  // namespace boot
 
 /// A directory entry, 32 bytes.

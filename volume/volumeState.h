@@ -24,6 +24,7 @@ struct DriveRecord {
     Integer SectorSize = 0;         ///< 512, then the boot sector's bytes per sector
     Integer LogicalSectorSize = 0;  ///< the same value
     Long ClusterCount = 0;          ///< TotalSectors / SectorsPerCluster: decides the FAT type
+    Long DataClusterCount = 0;      ///< the clusters of the data area alone, as most systems count
     Long TotalSectors = 0;
     Long Fat0Sector = 0;
     Long Fat1Sector = 0;

@@ -1,5 +1,5 @@
-"""accessibility.py IMAGE: finds the running program in the accessibility tree, reads its controls and
-works it through them: opens the image, enters a directory, reads the display."""
+"""accessibility.py FOLDER: finds the running program in the accessibility tree, reads its controls and
+works it through them: opens sample.img of the folder, enters a directory, reads the display."""
 
 import subprocess
 import sys
@@ -8,6 +8,8 @@ import time
 import pyatspi
 from gi.repository import GLib
 
+sample = sys.argv[1] + "/sample.img"
+hard_disk = sys.argv[1] + "/hard-disk.img"
 told = []  # what the program has announced: (event, role, name, on or off)
 context = GLib.MainContext.default()
 
@@ -120,8 +122,8 @@ for meaning in ("Volume label", "File system type", "Version", "Current director
 
 print("- Open, by the menu and the dialog")
 act(the("menu item", "Open"))
-answer_dialog(sys.argv[1])
-window = the("frame", "FAT File System " + sys.argv[1], application)
+answer_dialog(sample)
+window = the("frame", "FAT File System " + sample, application)
 the("label", "{SAMPLE     } ")
 until("word that a button can be pressed",
       lambda: heard("object:state-changed:enabled", "Boot Sector", 1))
@@ -162,6 +164,33 @@ until("the message as text", lambda: any(
     item.getRoleName() == "label" and item.name for item in everything(box)))
 until("word of the message box", lambda: heard("window:activate", box.name))
 act(find(box, "push button", "OK"))
+
+print("- the volumes of a hard disk are offered, and one is chosen")
+act(the("menu item", "Open"))
+answer_dialog(hard_disk)
+window = the("frame", "FAT File System " + hard_disk, application)
+until("word of the partition table", lambda: any(
+    "This file begins with a partition table: Options > Offset lists its volumes" in item.description
+    for item in everything(window) if item.getRoleName() == "label"))
+act(the("menu item", "Close"))
+window = the("frame", "FAT File System", application)
+act(the("menu item", "Offset"))
+box = until("the box of Offset", lambda: find(application, "dialog", "Partition Offset"))
+offset = the("combo box", "0", box)  # its name is its text
+offered = ["0   whole file", "1048576   FAT16   4.0 MB   HARD_DISK"]
+until("its lines", lambda: [item.name for item in everything(offset)
+                            if item.getRoleName() == "list item"] == offered)
+typed = the("text", "Input Offset (0 to 2GB)", box)
+until("the keyboard in the line", lambda: has(typed, pyatspi.STATE_FOCUSED))
+subprocess.run(["xdotool", "key", "Down"], check=True)
+until("the volume in the line", lambda: typed.queryText().getText(0, -1) == "1048576")
+until("what it is", lambda: typed.description == offered[1])
+act(the("push button", "OK", box))
+until("the end of the box", lambda: not find(application, "dialog", "Partition Offset"))
+act(the("menu item", "Open"))
+answer_dialog(hard_disk)
+window = the("frame", "FAT File System " + hard_disk, application)
+the("label", "{HARD_DISK  } ")
 
 print("- Exit")
 act(the("menu item", "Exit"))

@@ -12,6 +12,7 @@ here=$(dirname "$(realpath "$0")")
 source "$here/../../packaging/virtual-screen.sh"
 
 "$here/../../packaging/make-sample" "$scratch/samples"
+"$here/../../packaging/make-odd-samples" "$scratch/samples"
 start_screen 1100x800
 export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
 /usr/libexec/at-spi-bus-launcher --launch-immediately > "$scratch/accessibility.log" 2>&1 &
@@ -22,7 +23,7 @@ bus_is_there() {
 wait_until 20 bus_is_there
 start_program "$scratch/samples" "$program_path"
 wait_window '^Tessel$' > /dev/null
-/usr/bin/python3 "$here/accessibility.py" "$scratch/samples/sample.img" || {
+/usr/bin/python3 "$here/accessibility.py" "$scratch/samples" || {
     cat "$scratch/output"
     exit 1
 }

@@ -1,6 +1,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QInputDialog>
 #include <QLabel>
@@ -15,6 +16,7 @@
 #include "screen/bindLists.h"
 #include "screen/chooserScreen.h"
 #include "tests/gui/screenTest.h"
+#include "tests/tableBuilder.h"
 #include "volume/modGlobals.h"
 #include "volume/volumeState.h"
 
@@ -200,6 +202,48 @@ TEST_F(DialogTest, BoxesShowAnyTextUnchangedAndAskForTheOffset) {
     ask("1024", "");
     Menu("Options", "Offset");
     EXPECT_EQ(PartitionOffset, 1024);
+}
+
+TEST_F(DialogTest, TheOffsetBoxOffersVolumesToKeysAndMouse) {
+    images::Bytes disk(30000);
+    images::PutMbr(disk, 0, {{0, 0x83, 40, 9}, {0, 1, 10, 9}, {0, 1, 30, 9}});
+    for (const std::size_t sector : {10U, 30U}) images::PutVolume(disk, sector, "LABEL      ");
+    OpenImage(Write("disk.img", disk));
+    const QWidget& type = The("File system type");
+    const QString hint =
+        "This file begins with a partition table: Options > Offset lists its volumes.";
+    EXPECT_TRUE(type.accessibleDescription().startsWith("File system type. " + hint));
+    EXPECT_TRUE(type.toolTip().contains(hint.toHtmlEscaped()));
+    Menu("File", "Close");
+    EXPECT_EQ(type.accessibleDescription() + type.toolTip(), "File system type");
+
+    OnDialog<QInputDialog>([](QInputDialog& dialog) {
+        auto& box = *dialog.findChild<QComboBox*>();
+        EXPECT_EQ(box.lineEdit()->selectedText(), "0");
+        const std::pair<Qt::Key, const char*> keys[] = {
+            {Qt::Key_Down, "5120"}, {Qt::Key_Down, "15360"}, {Qt::Key_Down, "15360"},
+            {Qt::Key_Up, "5120"},   {Qt::Key_Up, "0"},       {Qt::Key_1, "01"}};
+        for (const auto& [key, text] : keys) {
+            Key(key);
+            EXPECT_EQ(dialog.textValue().toStdString(), text);
+        }
+        Key(Qt::Key_Down, Qt::AltModifier);
+        QAbstractItemView& list = *box.view();
+        EXPECT_TRUE(QTest::qWaitForWindowExposed(list.window()));
+        QStringList lines;
+        for (int i = 0; i < box.count(); ++i) lines += list.model()->index(i, 0).data().toString();
+        EXPECT_EQ(lines.join('|'),
+                  "0   whole file|5120   FAT12   4.5 KB   LABEL|15360   FAT12   4.5 KB   LABEL|"
+                  "20480   Linux, not supported   4.5 KB");
+        for (const int line : {3, 2}) {
+            Click(*list.viewport(), list.visualRect(list.model()->index(line, 0)).center());
+            EXPECT_EQ(dialog.textValue().toStdString(), line == 3 ? "01" : "15360");
+            EXPECT_EQ(list.isVisible(), line == 3) << "what is grey cannot be chosen";
+        }
+        Key(Qt::Key_Return);
+    });
+    Menu("Options", "Offset");
+    EXPECT_EQ(PartitionOffset, 15360);
 }
 
 class ChooserTest : public DialogTest {

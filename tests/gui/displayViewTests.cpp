@@ -159,7 +159,7 @@ TEST_F(DisplayViewTest, RefusesToCopyMoreThanTheLimit) {
     Key(Qt::Key_C, Qt::ControlModifier);
     auto* box = Top.findChild<QMessageBox*>();
     ASSERT_NE(box, nullptr);
-    EXPECT_TRUE(box->text().contains("1.6 GB") && box->text().contains("64 MB"));
+    EXPECT_TRUE(box->text().contains("1.6 GB") && box->text().contains("64.0 MB"));
     box->close();
     EXPECT_EQ(QApplication::clipboard()->text(), "before");
     EXPECT_LT(BytesRead, 100'000);
