@@ -38,6 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     user.Open(folder + "/one.img");
     user.TryEverything();
+    user.OpenOffered(folder + "/one.img");
     if (head[0] & kCloseBetween) user.Do("menu Close");
     if (first < rest.size()) {
         user.Open(folder + "/two.img");

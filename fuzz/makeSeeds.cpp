@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "tests/imageBuilder.h"
+#include "tests/tableBuilder.h"
 
 namespace {
 
@@ -73,6 +73,31 @@ void PutImages(Folder folder) {
     folder.Put(Head(1, 0, 255, 40) + fat12);
     folder.Put(Head(0, 0, 127, 0) + fat12 + fat12.substr(0, fat12.size() - 3));
     folder.Put(Head(2, 0, 255 - 11, 0) + fat16 + fat32);
+    Bytes disk(1024);
+    PutMbr(disk, 0, {{0x80, 1, 2, 40}});
+    folder.Put(Head(0, 0, 255, 0) + Text(disk) + fat12);
+}
+
+/// Where the medium fails, and a disk with a table; see tableFuzzer.cpp.
+void PutTables(Folder folder) {
+    const std::string sound = "\xFF";
+    Bytes disk(12 * 512);
+    PutVolume(disk, 4, "ONE        ");
+    PutVolume(disk, 8, "TWO        ");
+    PutMbr(disk, 0, {{0x80, 1, 4, 4}, {0, 0x83, 7, 1}, {0, 0x0F, 3, 9}});
+    PutMbr(disk, 3, {{0, 6, 5, 4}, {0, 5, 7, 2}});
+    PutMbr(disk, 10, {{0, 6, 1, 1}, {0, 5, 7, 2}});
+    folder.Put(sound + Text(disk));
+    folder.Put("\x70" + Text(disk));
+    PutMbr(disk, 0, {{0, 0xEE, 1, 11}, {0, 0, 0, 0}, {0, 0, 0, 0}});
+    PutGptEntry(disk, 1024, 4, 7, u"K\u00F6ln");
+    PutGptEntry(disk, 1152, 8, 10, u"a\x01\xD800");
+    PutGptHeader(disk, 11 * 512, {.Count = 4});
+    folder.Put(sound + Text(disk));
+    PutGptHeader(disk, 512, {.Count = 4});
+    folder.Put(sound + Text(disk));
+    disk[530] ^= 1;
+    folder.Put(sound + Text(disk));
 }
 
 void PutScripts(Folder folder) {
@@ -96,9 +121,11 @@ void PutScripts(Folder folder) {
 /// make-seeds FOLDER: writes the first inputs of the fuzzers to FOLDER/image and FOLDER/script.
 int main(int argc, char** argv) {
     if (argc != 2) return 2;
-    for (const bool isImage : {true, false}) {
-        const Folder folder{std::filesystem::path(argv[1]) / (isImage ? "image" : "script")};
+    const std::pair<const char*, void (*)(Folder)> targets[] = {
+        {"image", PutImages}, {"script", PutScripts}, {"table", PutTables}};
+    for (const auto& [name, put] : targets) {
+        const Folder folder{std::filesystem::path(argv[1]) / name};
         std::filesystem::create_directories(folder.Path);
-        isImage ? PutImages(folder) : PutScripts(folder);
+        put(folder);
     }
 }

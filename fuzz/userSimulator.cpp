@@ -1,13 +1,12 @@
 #include "fuzz/userSimulator.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <memory>
 
 #include "dialogs/modFile.h"
 #include "drive/resetVolume.h"
 #include "fuzz/memoryHost.h"
+#include "fuzz/offsetChecks.h"
 #include "platform/hostFiles.h"
 #include "volume/modDisks.h"
 
@@ -21,12 +20,6 @@ constexpr int kMostLines = 12;
 constexpr int kDeepest = 3;
 constexpr long kPatience = 2;
 constexpr std::int64_t kWholeText = std::int64_t{32} * 1024;
-
-void Require(bool isTrue, const char* what) {
-    if (isTrue) return;
-    (void)std::fprintf(stderr, "check failed: %s\n", what);
-    std::abort();
-}
 
 bool IsDirectoryLine(const std::string& text) { return text.starts_with('['); }
 
@@ -67,6 +60,17 @@ void UserSimulator::Open(const std::string& path) {
     Steps = 0;
     Do("file " + path);
     Do("menu Open");
+    CheckOffsetLines(Program->Form.OffsetChoices());
+}
+
+void UserSimulator::OpenOffered(const std::string& path) {
+    const std::vector<InputChoice> lines = Program->Form.OffsetChoices();
+    if (lines.size() < 2 || !lines[1].Enabled) return;
+    Do("menu Close");
+    Do("input " + lines[1].Value);
+    Do("menu Offset");
+    Open(path);
+    Do("show list");
 }
 
 void UserSimulator::CheckWindow() {

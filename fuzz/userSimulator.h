@@ -20,6 +20,9 @@ class UserSimulator {
     void Do(const std::string& scriptLine);
     /// Opens an image of the in-memory host.
     void Open(const std::string& path);
+    /// Closes the image, chooses the first volume that the offset box offers and opens the image
+    /// there; does nothing where it offers none.
+    void OpenOffered(const std::string& path);
     /// Shows all reports and all entries in each mode, uses every save, and enters directories.
     void TryEverything();
     /// Whether the program has ended.
