@@ -7,9 +7,11 @@
 #include <sstream>
 
 #include "drive/script.h"
-#include "tests/imageBuilder.h"
+#include "tests/tableBuilder.h"
 #include "volume/clusterChain.h"
 #include "volume/extraction.h"
+#include "volume/partitionTable.h"
+#include "volume/volumeState.h"
 
 /// The program's most frequent operations, on images in a temporary folder, with a warm page cache.
 namespace {
@@ -147,6 +149,37 @@ void OpenAndList(benchmark::State& state) {
     for (auto _ : state) opened.Run("file " + image + "\nmenu Open");
 }
 
+/// A disk of 2 GB, sparse on the host, with 127 logical partitions and a volume at 1 MB.
+std::string LargeDisk() {
+    std::string path = TheFolder().At("disk.img");
+    if (std::filesystem::exists(path)) return path;
+    tessel::images::Bytes disk(4 << 20);
+    tessel::images::PutMbr(disk, 0, {{0, 1, 2048, 100}, {0, 5, 4096, 4096}});
+    tessel::images::PutVolume(disk, 2048, "VOLUME     ");
+    for (std::uint64_t i = 0; i < 127; ++i) {
+        tessel::images::PutMbr(disk, 4096 + 16 * i, {{0, 1, 8, 8}, {0, 5, 16 * i + 16, 16}});
+        tessel::images::PutVolume(disk, 4104 + 16 * i, "LOGICAL    ");
+    }
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(disk.data()), std::ssize(disk));
+    std::filesystem::resize_file(path, std::uintmax_t{2} << 30);
+    return path;
+}
+
+void OpenLargeDisk(benchmark::State& state) {
+    const std::string image = LargeDisk();
+    Opened opened(image);
+    for (auto _ : state) opened.Run("file " + image + "\nmenu Open");
+}
+
+/// What Open does for the offset box.
+void ReadTable(benchmark::State& state, bool isDisk) {
+    Opened opened(isDisk ? LargeDisk() : TheFolder().Write("floppy.img", Floppy));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(tessel::ReadPartitionTable(tessel::kImageFile));
+    }
+}
+
 void ListDirectory(benchmark::State& state) {
     Opened opened(TheFolder().Write("names.img", ManyNames));
     for (auto _ : state) {
@@ -189,6 +222,9 @@ void CopyFile(benchmark::State& state, int line) {
 }  // namespace
 
 BENCHMARK(OpenAndList)->Unit(benchmark::kMicrosecond);
+BENCHMARK(OpenLargeDisk)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(ReadTable, floppy, false)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(ReadTable, disk, true)->Unit(benchmark::kMicrosecond);
 BENCHMARK(ListDirectory)->Unit(benchmark::kMillisecond);
 BENCHMARK(WalkChain)->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(View, dump, "Dump", 1)->Unit(benchmark::kMillisecond);
