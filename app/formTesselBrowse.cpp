@@ -79,7 +79,7 @@ bool formTessel::EnterDirectory(Long index) {
     } else if (trimmed != ".") {
         if (DirDepth + 1 == static_cast<Long>(DirStack.size())) {
             TheHost.MessageBox(
-                "The directory lies too deep: " + std::to_string(DirDepth) + " levels are the most",
+                "The directory is too deep: the limit is " + std::to_string(DirDepth) + " levels",
                 "Error");
             return false;
         }

@@ -64,7 +64,7 @@ void formTessel::mnuSaveTxt_Click() {
     }
     try {
         if (!SaveText())
-            TheHost.MessageBox("The text is not saved to its end:\r\n" + path, "Error");
+            TheHost.MessageBox("The text was not saved completely:\r\n" + path, "Error");
     } catch (const RuntimeError& error) {
         errors.Show(SaveStep::kWriteText, error, path);
     } catch (const std::bad_alloc&) {

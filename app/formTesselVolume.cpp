@@ -77,9 +77,10 @@ void formTessel::DropImage(const std::string& path, const std::string& title) {
     const bool waiting = RunningHandlers > 0;
     RunGuarded([=, this] {
         if (working || waiting) {
-            const char* until = working ? "until the command ends that is running; STOP ends it"
-                                        : "while a message or a dialog waits for an answer";
-            TheHost.MessageBox(std::string("No file is opened ") + until + ".\r\n" + path, "Error");
+            const char* reason = working ? "until the running command has ended; STOP ends it"
+                                         : "while a message or a dialog waits for an answer";
+            TheHost.MessageBox(std::string("No file can be opened ") + reason + ".\r\n" + path,
+                               "Error");
             return;
         }
         Drives[1].FileNumber = kImageFile;

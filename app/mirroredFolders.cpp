@@ -48,7 +48,7 @@ bool MirroredFolders::EnterChosen() {
             Open.back().Folder.MakeCurrent();
         }
         const auto there = IdentityAt(chosen);
-        if (!there) Raise(kPathNotFound, "The folder is not there any more.");
+        if (!there) Raise(kPathNotFound, "The folder no longer exists.");
         if (*there != Open.front().Own) Raise(kPathNotFound, "Another folder has taken its place.");
         return true;
     } catch (const RuntimeError& error) {
@@ -104,7 +104,7 @@ void MirroredFolders::CreateFile(const std::string& safeName) {
         const FolderEntry entry = Open.back().Folder.Look(name);
         if (!IsOfThisRun(name, entry) && MayReplace(entry)) return Replace(name, entry);
     }
-    Raise(kFileAlreadyExists, "All names that this file could have are taken.");
+    Raise(kFileAlreadyExists, "All alternative names for this file are taken.");
 }
 
 bool MirroredFolders::TryCreate(const std::string& name) {

@@ -86,8 +86,7 @@ bool Accepts(const QString& path, const CommonDialog& dialog, bool saving) {
         Refuse(path, "There is no such folder. Please check its name.", title);
     } else if (has(kNoReadOnlyReturn) &&
                ((file.exists() && !file.isWritable()) || !QFileInfo(file.path()).isWritable())) {
-        Refuse(path, "This file or its folder may not be changed. Please choose another one.",
-               title);
+        Refuse(path, "This file or its folder is not writable. Please choose another one.", title);
     } else {
         return !saving || !has(kOverwritePrompt) || !file.exists() || MayOverwrite(path, title);
     }

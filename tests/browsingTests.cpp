@@ -89,8 +89,7 @@ TEST_F(WindowTest, DamagedDirectoriesLeaveTheWindowUsable) {
     Open(image);
     EXPECT_EQ(Run("double 3\n" + Times(510, "double 2\n")), "");
     EXPECT_EQ(Window->Form.DirDepth, 511);
-    EXPECT_EQ(Run("double 2"),
-              "box\tError\tThe directory lies too deep: 511 levels are the most\n");
+    EXPECT_EQ(Run("double 2"), "box\tError\tThe directory is too deep: the limit is 511 levels\n");
     EXPECT_EQ(Window->Form.DirDepth, 511);
     EXPECT_EQ(Run("double 1\ndouble 4\nshow list"), "") << "far past the end of the image";
 }

@@ -62,7 +62,7 @@ class WindowTest : public TesselTest {
 std::string ErrorBox(int number, const std::string& more = "");
 std::string OpenErrorBox(int number, const std::string& name, const std::string& cause = "");
 /// The last line of each box of Save Directory.
-inline const std::string kAlike = "|Files that fail alike are only listed.";
+inline const std::string kAlike = "|Other files with this error are only listed.";
 /// The number of the error that `step` raises, 0 for none.
 int ErrorOf(const std::function<void()>& step);
 /// Whether two long texts are equal; on failure, reports the first difference.

@@ -82,7 +82,7 @@ TEST_F(WindowTest, FailuresInSaveDirectoryAreCounted) {
     Open(image);
     fs::create_directory(At("out"));
     Write("out/disk", std::string("in the way"));
-    const std::string inPlace = " is in the place of the folder: @/out/disk" + kAlike;
+    const std::string inPlace = " has the name of the folder: @/out/disk" + kAlike;
     EXPECT_EQ(run("out"), OpenErrorBox(58, "out/disk/Read me first.txt", "A file" + inPlace));
     EXPECT_EQ(Show("display"), both);
     // A link that has the folder's name: nothing is saved through it. A chosen folder may be a
@@ -103,9 +103,8 @@ TEST_F(WindowTest, FailuresInSaveDirectoryAreCounted) {
         };
     };
     removeAtTurnSix("outside");
-    EXPECT_EQ(run("link"), ErrorBox(76,
-                                    "|Error entering Folder @/link|The folder is not there any "
-                                    "more."));
+    EXPECT_EQ(run("link"),
+              ErrorBox(76, "|Error entering Folder @/link|The folder no longer exists."));
     EXPECT_EQ(Show("display"), "Saved - @/link/disk/Read me first.txt\r\n" + Shown("", 2, 1, 0));
     removeAtTurnSix("out/disk");
     EXPECT_EQ(run("out"), "");

@@ -138,9 +138,9 @@ TEST_F(WindowTest, AFailedSaveIsReportedAndKeepsWhatWasWritten) {
     auto full = std::make_unique<FullDisk>(1000);
     const std::string copied = save("part"), displayed = save("dump.txt", "Save Display");
     full.reset();
-    const std::string cause = "|The file is larger than the host allows.";
+    const std::string cause = "|The file exceeds the host's size limit.";
     EXPECT_EQ(copied, ErrorBox(61, "|Error Writting File @/part" + cause));
-    EXPECT_EQ(displayed, ErrorBox(61, "|The text is not saved to its end:|@/dump.txt" + cause));
+    EXPECT_EQ(displayed, ErrorBox(61, "|The text was not saved completely:|@/dump.txt" + cause));
     EXPECT_TRUE(Same(Read("part"), Noise(1000)));
     EXPECT_EQ(fs::file_size(At("dump.txt")), 1000U);
     EXPECT_EQ(Run("stop-at 1\nfile @/part\nmenu Save File"), "");
@@ -204,7 +204,7 @@ TEST_F(WindowTest, WithoutPermissionNothingIsChanged) {
     const std::string before = Tree("");
     auto user = std::make_unique<OrdinaryUser>();
     if (!*user) GTEST_SKIP() << "this host has no such permissions";
-    const std::string cause = "The folder may not be written: @/out";
+    const std::string cause = "The folder is not writable: @/out";
     EXPECT_EQ(Run("file @/out/a\nmenu Save File"), OpenErrorBox(75, "out/a", cause + "/"));
     EXPECT_EQ(Run("file @/out/b\nmenu Save Display"), OpenErrorBox(75, "out/b", cause + "/"));
     EXPECT_EQ(Run("folder @/out\nmenu Save Directory"),
@@ -307,7 +307,7 @@ TEST_F(WindowTest, TheDisplayIsSavedAsText) {
     EXPECT_TRUE(Same(Read("whole.txt"), Show("display")));
     Window->Desktop.OnEvents = [this] { Run("menu Close"); };
     EXPECT_EQ(Run("file @/part.txt\nmenu Save Display"),
-              "box\tError\tThe text is not saved to its end:\\r\\n@/part.txt\n");
+              "box\tError\tThe text was not saved completely:\\r\\n@/part.txt\n");
     EXPECT_FALSE(Drives[1].IsOpen);
     Window->Desktop.OnEvents = nullptr;
     Run("file @/disk.img\nmenu Open\nselect 1\nfile @/info.txt\nmenu Save Display");

@@ -30,8 +30,9 @@ std::string SaveErrorReport(SaveStep step, const RuntimeError& error, const std:
             return WithLine(ErrorReport(error) + "\r\nError Writting File " + path + kLineEnd,
                             error.Cause);
         case SaveStep::kWriteText:
-            return WithLine(ErrorReport(error) + "\r\nThe text is not saved to its end:\r\n" + path,
-                            error.Cause);
+            return WithLine(
+                ErrorReport(error) + "\r\nThe text was not saved completely:\r\n" + path,
+                error.Cause);
         case SaveStep::kCreate:
             break;
     }
@@ -50,7 +51,7 @@ void SaveErrors::Show(SaveStep step, const RuntimeError& error, const std::strin
     const bool isFile = step != SaveStep::kEnterFolder;
     TheHost.MessageBox(
         WithLine(SaveErrorReport(step, error, path),
-                 ManyFiles && isFile ? "Files that fail alike are only listed." : ""),
+                 ManyFiles && isFile ? "Other files with this error are only listed." : ""),
         "Error");
 }
 

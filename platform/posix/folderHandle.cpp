@@ -44,13 +44,13 @@ EntryKind KindOf(const struct stat& target, bool isLink, const std::string& name
 [[noreturn]] void RaiseCreateError(int hostError, const std::string& folder) {
     switch (hostError) {
         case ENOENT:
-            Raise(kPathNotFound, "The folder is not there any more: " + folder);
+            Raise(kPathNotFound, "The folder no longer exists: " + folder);
         case EACCES:
         case EPERM:
-            Raise(kPathFileAccessError, "The folder may not be written: " + folder);
+            Raise(kPathFileAccessError, "The folder is not writable: " + folder);
         case EINVAL:
         case EILSEQ:
-            Raise(kPathFileAccessError, "The file system cannot hold such a name.");
+            Raise(kPathFileAccessError, "The file system does not allow this name.");
         default:
             RaiseHostError(hostError);
     }
@@ -59,7 +59,7 @@ EntryKind KindOf(const struct stat& target, bool isLink, const std::string& name
 /// Raises the error of a call that deletes or replaces an entry in `folder`.
 [[noreturn]] void RaiseDeleteError(int hostError, const std::string& folder) {
     if (hostError == EACCES || hostError == EPERM) {
-        Raise(kPathFileAccessError, "The file may not be deleted in this folder: " + folder);
+        Raise(kPathFileAccessError, "No permission to delete files in this folder: " + folder);
     }
     RaiseHostError(hostError);
 }
@@ -82,7 +82,7 @@ FolderHandle::FolderHandle(const std::string& path)
     : OwnPath(path), Handle(open(path.empty() ? "." : path.c_str(), kOpenFolder)) {
     if (Handle >= 0) return;
     if (errno == ENOENT) Raise(kPathNotFound);
-    if (errno == ENOTDIR) Raise(kPathNotFound, "A file is in the place of a folder.");
+    if (errno == ENOTDIR) Raise(kPathNotFound, "A part of the path is a file, not a folder.");
     RaiseHostError(errno);
 }
 
@@ -95,8 +95,8 @@ FolderHandle::FolderHandle(const FolderHandle& parent, const std::string& name)
     if (hostError == ENOENT) Raise(kPathNotFound);
     if (hostError == ENOTDIR || hostError == ELOOP) {
         const bool link = parent.Look(name).IsLink;
-        Raise(kFileAlreadyExists, (link ? "A symbolic link is in the place of the folder: "
-                                        : "A file is in the place of the folder: ") +
+        Raise(kFileAlreadyExists, (link ? "A symbolic link has the name of the folder: "
+                                        : "A file has the name of the folder: ") +
                                       OwnPath);
     }
     RaiseHostError(hostError);
@@ -123,7 +123,8 @@ FileIdentity FolderHandle::Identity() const {
 
 void FolderHandle::MakeCurrent() const {
     if (fchdir(DescriptorOf(Handle)) == 0) return;
-    if (errno == EACCES) Raise(kPathFileAccessError, "The folder may not be entered: " + OwnPath);
+    if (errno == EACCES)
+        Raise(kPathFileAccessError, "No permission to enter the folder: " + OwnPath);
     RaiseHostError(errno);
 }
 

@@ -18,9 +18,9 @@ void RaiseHostError(int hostError) {
         case ENOSPC:
             Raise(kDiskFull);
         case EDQUOT:
-            Raise(kDiskFull, "The space that the host grants this user is used up.");
+            Raise(kDiskFull, "The user's disk quota is used up.");
         case EFBIG:
-            Raise(kDiskFull, "The file is larger than the host allows.");
+            Raise(kDiskFull, "The file exceeds the host's size limit.");
         case EBUSY:
         case ETXTBSY:
             Raise(kPermissionDenied);
@@ -29,7 +29,7 @@ void RaiseHostError(int hostError) {
         case ENAMETOOLONG:
             Raise(kPathFileAccessError, "The path, or a name in it, is too long for the host.");
         case EROFS:
-            Raise(kPathFileAccessError, "The file system may only be read.");
+            Raise(kPathFileAccessError, "The file system is read-only.");
         case EMFILE:
         case ENFILE:
             Raise(kPathFileAccessError, "Too many files are open.");

@@ -103,17 +103,17 @@ EntryKind KindOf(DWORD attributes, bool isLink) {
 
 [[noreturn]] void RaiseCreateError(DWORD hostError, const std::string& folder) {
     if (hostError == ERROR_FILE_NOT_FOUND || hostError == ERROR_PATH_NOT_FOUND) {
-        Raise(kPathNotFound, "The folder is not there any more: " + folder);
+        Raise(kPathNotFound, "The folder no longer exists: " + folder);
     }
     if (hostError == ERROR_ACCESS_DENIED) {
-        Raise(kPathFileAccessError, "The folder may not be written: " + folder);
+        Raise(kPathFileAccessError, "The folder is not writable: " + folder);
     }
     RaiseHostError(hostError);
 }
 
 [[noreturn]] void RaiseDeleteError(DWORD hostError, const std::string& folder) {
     if (hostError == ERROR_ACCESS_DENIED) {
-        Raise(kPathFileAccessError, "The file may not be deleted in this folder: " + folder);
+        Raise(kPathFileAccessError, "No permission to delete files in this folder: " + folder);
     }
     RaiseHostError(hostError);
 }
@@ -145,7 +145,7 @@ FolderHandle::FolderHandle(const std::string& path)
     const auto information = Information(HandleOf(Handle));
     if (information && (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return;
     CloseHandle(HandleOf(Handle));
-    Raise(kPathNotFound, "A file is in the place of a folder.");
+    Raise(kPathNotFound, "A part of the path is a file, not a folder.");
 }
 
 FolderHandle::FolderHandle(const FolderHandle& parent, const std::string& name)
@@ -159,8 +159,8 @@ FolderHandle::FolderHandle(const FolderHandle& parent, const std::string& name)
     const bool link = hostError == ERROR_SUCCESS && IsLinkHandle(HandleOf(Handle));
     if (hostError == ERROR_SUCCESS && !link) return;
     if (Handle != -1) CloseHandle(HandleOf(Handle));
-    Raise(kFileAlreadyExists, (link ? "A symbolic link is in the place of the folder: "
-                                    : "A file is in the place of the folder: ") +
+    Raise(kFileAlreadyExists, (link ? "A symbolic link has the name of the folder: "
+                                    : "A file has the name of the folder: ") +
                                   OwnPath);
 }
 

@@ -26,20 +26,20 @@ void RaiseHostError(unsigned long hostError) {
             Raise(kDiskFull);
         case ERROR_NOT_ENOUGH_QUOTA:
         case kDiskQuotaExceeded:
-            Raise(kDiskFull, "The space that the host grants this user is used up.");
+            Raise(kDiskFull, "The user's disk quota is used up.");
         case ERROR_FILE_TOO_LARGE:
-            Raise(kDiskFull, "The file is larger than the host allows.");
+            Raise(kDiskFull, "The file exceeds the host's size limit.");
         case ERROR_SHARING_VIOLATION:
         case ERROR_LOCK_VIOLATION:
             Raise(kPermissionDenied);
         case ERROR_INVALID_HANDLE:
             Raise(kBadFileNumber);
         case ERROR_INVALID_NAME:
-            Raise(kPathFileAccessError, "The file system cannot hold such a name.");
+            Raise(kPathFileAccessError, "The file system does not allow this name.");
         case ERROR_FILENAME_EXCED_RANGE:
             Raise(kPathFileAccessError, "The path, or a name in it, is too long for the host.");
         case ERROR_WRITE_PROTECT:
-            Raise(kPathFileAccessError, "The file system may only be read.");
+            Raise(kPathFileAccessError, "The file system is read-only.");
         case ERROR_TOO_MANY_OPEN_FILES:
             Raise(kPathFileAccessError, "Too many files are open.");
         case ERROR_NOT_ENOUGH_MEMORY:

@@ -81,7 +81,8 @@ TEST_F(DesktopTest, ADroppedImageIsOpenedButNothingElse) {
     // What is not opened says why: during an operation, and while a box waits.
     Busy = true;
     OnDialog<QMessageBox>([&](QMessageBox& box) {
-        EXPECT_TRUE(box.text().contains("until the command ends")) << box.text().toStdString();
+        EXPECT_TRUE(box.text().contains("until the running command has ended"))
+            << box.text().toStdString();
         Busy = false;
         OnDialog<QMessageBox>([](QMessageBox& inner) {
             EXPECT_TRUE(inner.text().contains("while a message or a dialog waits"));
