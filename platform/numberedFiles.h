@@ -41,14 +41,14 @@ void ReadFile(int number, std::int64_t offset, std::span<Byte> bytes);
 /// returns the number of bytes before it. ReadFile from there raises the error.
 std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes);
 
-/// Checks which bytes from `offset` on can be read, without copying them anywhere, where the host
-/// can do that. Returns how many of `count` are good: fewer also where checking cannot say, as at
-/// the end of the file, and 0 where the host cannot check. Raises nothing.
+/// Checks how many of the `count` bytes from `offset` on can be read, without copying them to the
+/// process. Returns their number: fewer also at the end of the file, and 0 if the host cannot
+/// check. Raises nothing.
 std::int64_t CheckFileUpTo(int number, std::int64_t offset, std::int64_t count);
 
-/// Appends up to `count` bytes of one file, from `offset` on, to another that is open for writing,
-/// as extents that the two files share on the disk. Returns how many bytes are appended: whole
-/// blocks that can be read, and 0 where the host or the file system cannot share. Raises nothing.
+/// Appends up to `count` bytes of a file, from `offset` on, to the file `target`, which is open for
+/// writing, as extents that the two files share on the disk. Returns the number of bytes appended:
+/// whole blocks that can be read, 0 if the host or the file system cannot share. Raises nothing.
 std::int64_t ShareFileUpTo(int number, std::int64_t offset, std::int64_t count, int target);
 
 /// Appends bytes to a file that is open for writing. Raises 61 when the disk is full, 57 when the

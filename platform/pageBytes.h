@@ -9,8 +9,8 @@
 
 namespace tessel {
 
-/// Memory that begins at the boundary of a page. Most bytes of the page cache do too, and some
-/// processors copy two to three times as fast between two such places as between others.
+/// Allocates memory at page boundaries. The page cache is aligned in the same way, and some
+/// processors copy two to three times as fast between page-aligned addresses.
 template <class T>
 struct PageAllocator {
     using value_type = T;
@@ -24,7 +24,7 @@ struct PageAllocator {
         return static_cast<T*>(::operator new(count * sizeof(T), kPage));
     }
     void deallocate(T* memory, std::size_t /*count*/) { ::operator delete(memory, kPage); }
-    /// An element that is given no value keeps what the memory holds: a read overwrites it.
+    /// Leaves an element without a value uninitialised.
     template <class U>
     void construct(U* /*element*/) {}
     template <class U, class Value>
@@ -35,7 +35,7 @@ struct PageAllocator {
     bool operator==(const PageAllocator&) const = default;
 };
 
-/// Bytes of a large read or write, and text. resize() leaves new elements uninitialised.
+/// Buffers of large reads and writes. resize() leaves new elements uninitialised.
 using PageBytes = std::vector<Byte, PageAllocator<Byte>>;
 using PageText = std::vector<char, PageAllocator<char>>;
 

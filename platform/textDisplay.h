@@ -23,8 +23,8 @@ struct GeneratedText {
     std::int64_t LineBreaks = 0;  ///< line breaks in it
     bool OnlyCrLf = false;        ///< every line break in it is a CR LF
 
-    /// Fills `text` with the bytes from `at` on; they end at Size at the latest. Raises nothing:
-    /// bytes of the image that can no longer be read count as 0.
+    /// Fills `text` with the bytes from `at` on, at most up to Size. Raises nothing: bytes of the
+    /// image that can no longer be read count as 0.
     std::function<void(TextOffset at, std::span<char> text)> Read{};
     /// Returns the number of line breaks that end at or before `at`.
     std::function<std::int64_t(TextOffset at)> BreaksUpTo{};

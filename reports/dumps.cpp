@@ -29,15 +29,15 @@ std::string Rows(ByteBuffer bytes, std::size_t first, std::size_t count) {
     return text;
 }
 
-/// The same rows, made when somebody asks: a root directory has up to 131,070 of them.
+/// All rows, formatted on request: a root directory has up to 131,070 of them.
 GeneratedText RowsPiece(const std::shared_ptr<const PageBytes>& bytes) {
     const std::size_t rows = bytes->size() / kPerRow;
     constexpr std::int64_t length = kRowLength;
     const auto read = [bytes](TextOffset at, std::span<char> text) {
         const auto start = static_cast<std::size_t>(at);
         const std::size_t first = start / kRowLength;
-        const std::size_t behind = (start + text.size() + kRowLength - 1) / kRowLength;
-        Rows(*bytes, first, behind - first).copy(text.data(), text.size(), start % kRowLength);
+        const std::size_t end = (start + text.size() + kRowLength - 1) / kRowLength;
+        Rows(*bytes, first, end - first).copy(text.data(), text.size(), start % kRowLength);
     };
     return {.Size = static_cast<std::int64_t>(rows) * length,
             .LineBreaks = static_cast<std::int64_t>(rows),

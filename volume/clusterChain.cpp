@@ -15,9 +15,9 @@ namespace tessel {
 namespace {
 
 constexpr std::int64_t kLargestPiece = std::int64_t{1024} * 1024;
-/// More stays in no processor's nearer caches.
+/// A larger buffer does not fit the inner caches of a processor.
 constexpr std::int64_t kLargestBuffer = std::int64_t{128} * 1024;
-/// Fewer bytes are read as fast as they are checked.
+/// The smallest piece for which a check is faster than a read.
 constexpr std::int64_t kWorthChecking = std::int64_t{8} * 1024;
 constexpr std::chrono::milliseconds kShortPiece{4};
 constexpr std::chrono::milliseconds kLongPiece{16};
@@ -25,9 +25,9 @@ constexpr Long kFirstFiveDigitCluster = 10000;
 /// Cluster numbers come from 16-bit fields.
 constexpr Long kClusterNumbers = 65536;
 
-/// Calls `part` for each extent of `count` bytes of a chain from `offset` on, with its offset in
-/// the image file, the number of those bytes before it and its own. `part` returns how many are
-/// good; stops at the first extent that is not good to its end, and returns the sum.
+/// Calls `part` for each extent of the `count` bytes of a chain from `offset` on, with the extent's
+/// offset in the image file, its offset from `offset` and its length. `part` returns how many of
+/// its bytes it could process. Stops at the first incomplete extent, and returns the sum.
 template <class Part>
 std::int64_t ForExtents(const ClusterChain& chain, std::int64_t offset, std::int64_t count,
                         const Part& part) {
@@ -39,7 +39,7 @@ std::int64_t ForExtents(const ClusterChain& chain, std::int64_t offset, std::int
         try {
             inImage = ClusterOffset(at.Cluster, at.InCluster);
         } catch (const RuntimeError&) {
-            break;  // a cluster that lies outside what can be addressed
+            break;  // the cluster's address overflows
         }
         const std::int64_t got = part(inImage, good, wanted);
         good += got;
@@ -48,7 +48,8 @@ std::int64_t ForExtents(const ClusterChain& chain, std::int64_t offset, std::int
     return good;
 }
 
-/// Calls `piece` with the offset and the length of each piece; it returns how many bytes are good.
+/// Calls `piece` with the offset and the length of each piece; it returns how many of the bytes it
+/// could process.
 template <class Piece>
 WalkEnd Walk(const ClusterChain& chain, std::int64_t length, const Piece& piece) {
     using std::chrono::steady_clock;
@@ -72,7 +73,8 @@ WalkEnd Walk(const ClusterChain& chain, std::int64_t length, const Piece& piece)
     return WalkEnd::kDone;
 }
 
-/// Calls `take` with the bytes of a piece, as far as they can be read; returns how many.
+/// Calls `take` with the bytes of a piece, up to the first that cannot be read; returns their
+/// number.
 template <class Take>
 std::int64_t ReadPiece(const ClusterChain& chain, std::int64_t offset, std::int64_t count,
                        PageBytes& buffer, const Take& take) {
@@ -131,10 +133,10 @@ void ClusterChain::Add(Long cluster) {
 ClusterChain::Extent ClusterChain::ExtentAt(std::int64_t offset) const {
     if (LoopStart && offset >= Distinct)
         offset = *LoopStart + (offset - *LoopStart) % (Distinct - *LoopStart);
-    const auto behind =
+    const auto next =
         std::upper_bound(ChainRuns.begin(), ChainRuns.end(), offset,
                          [](std::int64_t at, const ClusterRun& run) { return at < run.Start; });
-    const ClusterRun& run = *std::prev(behind);
+    const ClusterRun& run = *std::prev(next);
     const std::int64_t inRun = offset - run.Start;
     return {run.Cluster + static_cast<Long>(inRun / PerCluster), inRun % PerCluster,
             run.Count * PerCluster - inRun};

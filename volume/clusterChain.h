@@ -74,11 +74,11 @@ enum class WalkEnd { kDone, kStopped, kReadFailed };
 /// WalkChain calls `take` with the bytes.
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take);
-/// CheckChain only finds out how far reading goes: calls `goodTo` with the number of bytes so far.
+/// CheckChain checks whether the bytes can be read, and calls `goodTo` with the number so far.
 WalkEnd CheckChain(const ClusterChain& chain, std::int64_t length,
                    const std::function<void(std::int64_t bytes)>& goodTo);
 /// CopyChain appends the bytes to the file `target`, which is open for writing, and adds their
-/// number to `written`. Raises what a failing write raises.
+/// number to `written`. Raises the errors of WriteFile.
 WalkEnd CopyChain(const ClusterChain& chain, std::int64_t length, int target,
                   std::int64_t& written);
 

@@ -115,32 +115,32 @@ DumpText::DumpText(ClusterChain chain) : Source(std::move(chain)) {
 }
 
 TextOffset DumpText::TextOf(std::int64_t byte) const {
-    TextOffset laps = 0;
+    TextOffset passes = 0;
     if (Source.LoopTarget() && byte >= Source.DistinctBytes()) {
         const std::int64_t loop = Source.DistinctBytes() - *Source.LoopTarget();
         const std::int64_t inLoop = byte - *Source.LoopTarget();
-        laps = inLoop / loop * (DistinctText - LoopText);
+        passes = inLoop / loop * (DistinctText - LoopText);
         byte = *Source.LoopTarget() + inLoop % loop;
     }
-    const auto behind = std::upper_bound(
+    const auto next = std::upper_bound(
         Segments.begin(), Segments.end(), byte,
         [](std::int64_t value, const Segment& segment) { return value < segment.Byte; });
-    const Segment& segment = *std::prev(behind);
-    return laps + segment.Text + (byte - segment.Byte) / kLineBytes * segment.Line;
+    const Segment& segment = *std::prev(next);
+    return passes + segment.Text + (byte - segment.Byte) / kLineBytes * segment.Line;
 }
 
 std::int64_t DumpText::ByteOf(TextOffset at) const {
-    std::int64_t laps = 0;
+    std::int64_t passes = 0;
     if (Source.LoopTarget() && at >= DistinctText) {
         const TextOffset loop = DistinctText - LoopText;
-        laps = (at - LoopText) / loop * (Source.DistinctBytes() - *Source.LoopTarget());
+        passes = (at - LoopText) / loop * (Source.DistinctBytes() - *Source.LoopTarget());
         at = LoopText + (at - LoopText) % loop;
     }
-    const auto behind = std::upper_bound(
+    const auto next = std::upper_bound(
         Segments.begin(), Segments.end(), at,
         [](TextOffset value, const Segment& segment) { return value < segment.Text; });
-    const Segment& segment = *std::prev(behind);
-    return laps + segment.Byte + (at - segment.Text) / segment.Line * kLineBytes;
+    const Segment& segment = *std::prev(next);
+    return passes + segment.Byte + (at - segment.Text) / segment.Line * kLineBytes;
 }
 
 std::int64_t DumpText::SizeOf(std::int64_t bytes) const {
@@ -149,10 +149,10 @@ std::int64_t DumpText::SizeOf(std::int64_t bytes) const {
     return rest == 0 ? full : full + HeadLength(Source.ExtentAt(bytes - rest).Cluster) + 3 * rest;
 }
 
-/// A text that is formatted from a line's beginning on, of which only a part is wanted.
+/// Collects the wanted part of a text that is formatted in whole lines.
 class DumpText::Excerpt {
   public:
-    /// Without its first `skipped` characters, and as long as `wanted`.
+    /// Skips the first `skipped` characters and then fills `wanted`.
     Excerpt(std::size_t skipped, std::span<char> wanted) : Skipped(skipped), Missing(wanted) {}
 
     void Add(std::string_view text) {
@@ -160,7 +160,7 @@ class DumpText::Excerpt {
         Skipped -= first;
         Missing = Missing.subspan(text.copy(Missing.data(), Missing.size(), first));
     }
-    /// Characters to be formatted until it is complete.
+    /// The number of characters still to be added.
     std::size_t Rest() const { return Missing.empty() ? 0 : Skipped + Missing.size(); }
 
   private:
@@ -175,7 +175,7 @@ void DumpText::FormatLines(std::int64_t first, std::span<const Byte> bytes,
     // Larger than the lines: the functions above overwrite characters past the end.
     std::array<char, kLinesAtOnce * kLongestLine + LineHead::kRoom> lines;
     char* to = lines.data();
-    std::size_t held = 0;
+    std::size_t lineCount = 0;
     while (!bytes.empty()) {
         const ClusterChain::Extent at = Source.ExtentAt(first);
         const LineHead head(at.Cluster);
@@ -188,10 +188,10 @@ void DumpText::FormatLines(std::int64_t first, std::span<const Byte> bytes,
             bytes = bytes.subspan(line.size());
             first += kLineBytes;
             inCluster += kLineBytes;
-            if (++held == kLinesAtOnce || bytes.empty()) {
+            if (++lineCount == kLinesAtOnce || bytes.empty()) {
                 excerpt.Add({lines.data(), to});
                 to = lines.data();
-                held = 0;
+                lineCount = 0;
             }
         }
     }

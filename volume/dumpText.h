@@ -26,8 +26,8 @@ class DumpText {
     TextOffset TextOf(std::int64_t byte) const;
     /// The first byte of the line that contains the text offset `at`.
     std::int64_t ByteOf(TextOffset at) const;
-    /// Fills `text`, from `at` on, with the text of the chain's first `bytes` bytes. Bytes of the
-    /// chain that cannot be read count as 0.
+    /// Fills `text` from the text of the chain's first `bytes` bytes, beginning at offset `at`.
+    /// Bytes of the chain that cannot be read count as 0.
     void Read(std::int64_t bytes, TextOffset at, std::span<char> text) const;
 
   private:

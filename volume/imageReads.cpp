@@ -21,12 +21,12 @@ constexpr std::int64_t kLongestFat = std::int64_t{65536} * 2;
 void ReadFat(PageBytes& fat, Long sector) {
     fat.clear();
     const std::int64_t offset = AreaOffset(sector);
-    const Long told =
+    const Long stated =
         CheckedLong(std::int64_t{BootSector.BytesPerSector} * BootSector.SectorsPerFat);
     // The image may be shorter than the boot sector says: memory is allocated only for its bytes.
-    const std::int64_t held = FileLength(kImageFile) - offset;
-    const std::int64_t wanted = std::min<std::int64_t>(told, kLongestFat);
-    fat.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(held, 0, wanted)));
+    const std::int64_t available = FileLength(kImageFile) - offset;
+    const std::int64_t wanted = std::min<std::int64_t>(stated, kLongestFat);
+    fat.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(available, 0, wanted)));
     const std::size_t good = ReadFileUpTo(kImageFile, offset, fat);
     if (good < fat.size()) {
         fat.resize(good);

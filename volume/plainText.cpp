@@ -88,22 +88,22 @@ void PlainText::AddWithinBlock(std::span<const Byte> bytes) {
 }
 
 std::size_t PlainText::BlockAt(TextOffset at) const {
-    const auto behind =
+    const auto next =
         std::upper_bound(Marks.begin(), Marks.end(), at,
                          [](TextOffset value, const Mark& mark) { return value < mark.Text; });
-    return static_cast<std::size_t>(behind - Marks.begin()) - 1;
+    return static_cast<std::size_t>(next - Marks.begin()) - 1;
 }
 
 std::string PlainText::BlockText(std::size_t block) const {
     const std::int64_t start = static_cast<std::int64_t>(block) * kBlockBytes;
     std::array<Byte, kBlockBytes> bytes{};
-    const auto held =
+    const auto blockBytes =
         std::span(bytes).first(static_cast<std::size_t>(std::min(kBlockBytes, Bytes - start)));
-    ReadChain(Source, start, held);
+    ReadChain(Source, start, blockBytes);
 
-    std::string text(held.size() * kBracketed, ' ');
+    std::string text(blockBytes.size() * kBracketed, ' ');
     char* to = text.data();
-    for (const Byte byte : held) {
+    for (const Byte byte : blockBytes) {
         const Shown& shown = ShownBytes()[byte];
         // Always copies four characters; the next byte overwrites the extra ones.
         std::copy(shown.Text.begin(), shown.Text.end(), to);
@@ -132,10 +132,10 @@ std::int64_t PlainText::BreaksUpTo(TextOffset at) const {
 TextOffset PlainText::AfterBreak(std::int64_t n) const {
     // The last block with fewer than n breaks before it. A CR LF that is split by the end of a
     // block counts in the second one.
-    const auto behind =
+    const auto next =
         std::lower_bound(Marks.begin(), Marks.end(), n,
                          [](const Mark& mark, std::int64_t value) { return mark.Breaks < value; });
-    const auto block = static_cast<std::size_t>(behind - Marks.begin()) - 1;
+    const auto block = static_cast<std::size_t>(next - Marks.begin()) - 1;
     const std::string text = BlockText(block);
     std::int64_t breaks = Marks[block].Breaks;
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -25,8 +25,8 @@ class PlainText {
     std::int64_t LineBreaks() const { return Breaks; }
     std::int64_t BreaksUpTo(TextOffset at) const;
     TextOffset AfterBreak(std::int64_t n) const;
-    /// Fills `text` from `at` on. If the image has changed meanwhile, the text of a block is cut,
-    /// or padded with blanks, to its previous length.
+    /// Fills `text` with the bytes of the text from `at` on. If the image has changed meanwhile,
+    /// the text of a block is cut, or padded with blanks, to its previous length.
     void Read(TextOffset at, std::span<char> text) const;
 
   private:
