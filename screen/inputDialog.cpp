@@ -4,6 +4,7 @@
 #include <QAbstractListModel>
 #include <QComboBox>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QScreen>
@@ -103,7 +104,8 @@ std::string AskText(const std::string& prompt, const std::string& title, const s
     dialog.setWindowTitle(ToQt(title));
     dialog.setLabelText(ToQt(prompt));
     dialog.setTextValue(ToQt(text));
-    dialog.setMinimumWidth(TitleWidth(dialog));
+    // The dialog's layout overrides a width of the dialog itself.
+    dialog.findChild<QLabel*>()->setMinimumWidth(TitleWidth(dialog));
     for (QWidget* part : dialog.findChildren<QWidget*>()) {
         const bool takesText = qobject_cast<QLineEdit*>(part) || qobject_cast<QComboBox*>(part);
         if (takesText) part->setAccessibleName(ToQt(prompt));

@@ -15,6 +15,7 @@
 #include "platform/hostFiles.h"
 #include "screen/bindLists.h"
 #include "screen/chooserScreen.h"
+#include "screen/qtHost.h"
 #include "tests/gui/screenTest.h"
 #include "tests/tableBuilder.h"
 #include "volume/modGlobals.h"
@@ -220,6 +221,7 @@ TEST_F(DialogTest, TheOffsetBoxOffersVolumesToKeysAndMouse) {
     OnDialog<QInputDialog>([](QInputDialog& dialog) {
         auto& box = *dialog.findChild<QComboBox*>();
         EXPECT_EQ(box.lineEdit()->selectedText(), "0");
+        EXPECT_GE(dialog.width(), TitleWidth(dialog));
         const std::pair<Qt::Key, const char*> keys[] = {
             {Qt::Key_Down, "5120"}, {Qt::Key_Down, "15360"}, {Qt::Key_Down, "15360"},
             {Qt::Key_Up, "5120"},   {Qt::Key_Up, "0"},       {Qt::Key_1, "01"}};
