@@ -6,7 +6,7 @@
 namespace tessel {
 
 void ResetVolume() {
-    CloseAllFiles();
+    for (int number = 1; number <= 255; ++number) AbandonFile(number);
     Busy = StopRequested = false;
     Drives = {};
     BootSector = {};

@@ -107,7 +107,6 @@ void OpenForReading(int number, const std::string& path) {
 }
 
 void CloseFile(int number) { TheMemory.Open.erase(number); }
-void CloseAllFiles() { TheMemory.Open.clear(); }
 void AbandonFile(int number) { CloseFile(number); }
 bool FileIsOpen(int number) { return TheMemory.Open.contains(number); }
 

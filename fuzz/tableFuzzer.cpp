@@ -23,6 +23,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         data[0] == kSound ? INT64_MAX : static_cast<std::int64_t>(image.size() * data[0] / 254));
     OpenForReading(kImageFile, path);
     CheckOffsetLines(OffsetLines(ReadPartitionTable(kImageFile), "disk.img"));
-    CloseAllFiles();
+    CloseFile(kImageFile);
     return 0;
 }

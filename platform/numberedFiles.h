@@ -24,7 +24,6 @@ void OpenForReading(int number, const std::string& path);
 /// Closes a file; does nothing for a number that is not open. Raises 61 or 57 when the host cannot
 /// store what was written; the number is free all the same.
 void CloseFile(int number);
-void CloseAllFiles();
 /// As CloseFile, but raises nothing: for use after another error.
 void AbandonFile(int number);
 

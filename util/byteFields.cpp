@@ -47,8 +47,6 @@ std::string GetString(ByteBuffer buffer, Integer start, Integer count) {
     return text;
 }
 
-char ByteToChar(Byte value) { return value >= 32 && value <= 126 ? static_cast<char>(value) : '.'; }
-
 Long GetWideWord(ByteBuffer buffer, Long index) {
     const Long low = ByteAt(buffer, index);
     return low + 256 * ByteAt(buffer, CheckedLong(std::int64_t{index} + 1));

@@ -21,7 +21,9 @@ Long GetLong(ByteBuffer buffer, Integer index);
 /// first or index 32767 is reached, "" when `count` is 0 or less. Raises nothing.
 std::string GetString(ByteBuffer buffer, Integer start, Integer count);
 /// Returns the character of a byte: 32 to 126 as itself, "." for all others.
-char ByteToChar(Byte value);
+inline char ByteToChar(Byte value) {
+    return value >= 32 && value <= 126 ? static_cast<char>(value) : '.';
+}
 
 /// As GetWord, in a buffer of any size (a FAT with 16-bit entries is up to 128 KiB long). Raises 9
 /// outside the buffer, 6 when `index` + 1 does not fit 32 bits.

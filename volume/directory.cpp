@@ -86,27 +86,30 @@ class EntryBlock {
     /// Returns the bytes of an entry, valid until the next call. Raises 6 or 57 when it cannot be
     /// read.
     ByteBuffer Entry(Long cluster, Long index) {
-        const std::int64_t offset = EntryOffset(cluster, index);
-        if (!Holds(offset)) Read(offset, EntriesIn(cluster) - index);
-        if (!Holds(offset)) RaiseReadError(offset);
-        return ByteBuffer(Held).subspan(static_cast<std::size_t>(offset - Start), entry::kBytes);
+        if (!Holds(cluster, index)) Read(cluster, index);
+        if (!Holds(cluster, index)) RaiseReadError(EntryOffset(cluster, index));
+        return ByteBuffer(Held).subspan(static_cast<std::size_t>(index - First) * entry::kBytes,
+                                        entry::kBytes);
     }
 
   private:
-    static Long EntriesIn(Long cluster) {
-        return cluster == 0 ? BootSector.RootEntries : ClusterBytes() / entry::kBytes;
+    bool Holds(Long cluster, Long index) const {
+        const Long held = static_cast<Long>(Held.size() / entry::kBytes);
+        return cluster == Cluster && index >= First && index - First < held;
     }
-    bool Holds(std::int64_t offset) const {
-        return offset >= Start && offset + entry::kBytes <= Start + std::ssize(Held);
-    }
-    void Read(std::int64_t offset, Long entries) {
-        Start = offset;
-        Held.resize(static_cast<std::size_t>(std::clamp(entries, 1, kEntriesPerRead)) *
+    void Read(Long cluster, Long index) {
+        const Long inCluster =
+            cluster == 0 ? BootSector.RootEntries : ClusterBytes() / entry::kBytes;
+        const std::int64_t offset = EntryOffset(cluster, index);
+        Held.resize(static_cast<std::size_t>(std::clamp(inCluster - index, 1, kEntriesPerRead)) *
                     entry::kBytes);
         Held.resize(ReadFileUpTo(kImageFile, offset, Held));
+        Cluster = cluster;
+        First = index;
     }
 
-    std::int64_t Start = 0;  // in the image file
+    Long Cluster = 0;
+    Long First = 0;  // index of the first entry
     PageBytes Held{};
 };
 

@@ -97,11 +97,6 @@ void AbandonFile(int number) {
     }
 }
 
-void CloseAllFiles() {
-    for (const auto& [number, file] : OpenFiles()) close(file.Descriptor);
-    OpenFiles().clear();
-}
-
 bool FileIsOpen(int number) { return OpenFiles().contains(number); }
 
 std::int64_t FileLength(int number) {

@@ -82,11 +82,6 @@ void AbandonFile(int number) {
     }
 }
 
-void CloseAllFiles() {
-    for (const auto& [number, file] : OpenFiles()) CloseHandle(file);
-    OpenFiles().clear();
-}
-
 bool FileIsOpen(int number) { return OpenFiles().contains(number); }
 
 std::int64_t FileLength(int number) {
