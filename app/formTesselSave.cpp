@@ -132,6 +132,7 @@ std::string formTessel::GetDirName(const std::string& /*suggestedDirName*/,
                                    Long /*extraFlags*/, const std::string& dialogTitle) {
     if (LastDirName.empty()) LastDirName = CurrentFolder();
     const bool saveAll = UpperCase(dirType) == "SAVEALL";
+    RefreshSettings();
     std::string start = saveAll ? ReadPath(kSaveAllFolderKey) : "";
     if (start.empty()) start = LastDirName;
 

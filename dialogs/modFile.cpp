@@ -57,6 +57,7 @@ std::string GetFileName(CommonDialog& dialog, const std::string& suggestedFileNa
                         const std::string& dialogTitle) {
     const int slot = DriveSlotOf(UpperCase(fileType));
     if (slot != 0) fileType = kDriveSlotKeyword;
+    RefreshSettings();
     ReadRecentPaths(slot);
 
     const FileKind kind = FileKindOf(fileType);

@@ -8,6 +8,10 @@
 
 namespace tessel {
 
+void RefreshSettings() {
+    if (TheHost.Settings.Refresh) TheHost.Settings.Refresh();
+}
+
 std::string ReadPath(const std::string& key) {
     return TheHost.Settings.Read(kPathsSection, key, "");
 }

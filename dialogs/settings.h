@@ -12,6 +12,9 @@ inline constexpr const char* kSaveAllFolderKey =
 inline constexpr const char* kTopKey = "Top";
 inline constexpr const char* kLeftKey = "Left";
 
+/// Reads the host's store again. Call it when a dialog is about to be shown.
+void RefreshSettings();
+
 /// Returns the folder stored in the section Paths, "" when none is stored.
 std::string ReadPath(const std::string& key);
 void WritePath(const std::string& key, const std::string& folder);

@@ -46,6 +46,8 @@ struct SettingsStore {
     /// Stores `text`. Raises the host's error when it cannot.
     std::function<void(const std::string& section, const std::string& key, const std::string& text)>
         Write;
+    /// Reads the store again, as other programs may have left it; called once per dialog.
+    std::function<void()> Refresh{};
 };
 
 /// A line that an input box offers beside what can be typed.

@@ -5,11 +5,11 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QListView>
-#include <QMessageBox>
 #include <QRegularExpression>
 
 #include "platform/hostFiles.h"
 #include "screen/bindControls.h"
+#include "screen/messageBox.h"
 #include "screen/qtHost.h"
 
 namespace tessel {
@@ -56,21 +56,21 @@ QString WithExtension(const QString& path, const CommonDialog& dialog, bool savi
     return path + '.' + ToQt(dialog.DefaultExt);
 }
 
-void Refuse(const QString& path, const char* why, const QString& title) {
-    QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Ok, DialogOwner());
-    box.setTextFormat(Qt::PlainText);
-    box.setText(BreakLongWords(QDir::toNativeSeparators(path)) + '\n' + why);
-    box.exec();
+QString PathText(const QString& path) { return QDir::toNativeSeparators(path) + '\n'; }
+
+void Refuse(const QString& path, const QString& why, const QString& title) {
+    ShowBox(title, PathText(path) + why, QMessageBox::Warning, QMessageBox::Ok, QMessageBox::Ok);
 }
 
 bool MayOverwrite(const QString& path, const QString& title) {
-    QMessageBox box(QMessageBox::Warning, title, {}, QMessageBox::Yes | QMessageBox::No,
-                    DialogOwner());
-    box.setTextFormat(Qt::PlainText);
-    box.setText(BreakLongWords(QDir::toNativeSeparators(path)) +
-                "\nThis file already exists. Do you want to replace it?");
-    box.setDefaultButton(QMessageBox::No);
-    return box.exec() == QMessageBox::Yes;
+    return ShowBox(title, PathText(path) + "This file already exists. Do you want to replace it?",
+                   QMessageBox::Warning, QMessageBox::Yes | QMessageBox::No,
+                   QMessageBox::No) == QMessageBox::Yes;
+}
+
+/// Why the program would not save at `path`; "" when it would.
+std::string Refusal(const QString& path, const CommonDialog& dialog) {
+    return dialog.Refusal ? dialog.Refusal(QDir::toNativeSeparators(path).toStdString()) : "";
 }
 
 /// Whether the flags allow the user to choose `path`; shows a message if not.
@@ -87,6 +87,8 @@ bool Accepts(const QString& path, const CommonDialog& dialog, bool saving) {
     } else if (has(kNoReadOnlyReturn) &&
                ((file.exists() && !file.isWritable()) || !QFileInfo(file.path()).isWritable())) {
         Refuse(path, "This file or its folder is not writable. Please choose another one.", title);
+    } else if (const std::string refusal = saving ? Refusal(path, dialog) : ""; !refusal.empty()) {
+        Refuse(path, ToQt(refusal) + " Please choose another one.", title);
     } else {
         return !saving || !has(kOverwritePrompt) || !file.exists() || MayOverwrite(path, title);
     }

@@ -19,6 +19,7 @@
 #include "screen/display/scale.h"
 #include "screen/display/view.h"
 #include "screen/progressLine.h"
+#include "screen/qtHost.h"
 
 namespace tessel {
 namespace {
@@ -45,6 +46,8 @@ MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this))
     MakeHelpMenu();
     MakeControls();
     setAcceptDrops(true);
+    // A message may be one of many that a long operation shows.
+    OnMessageEsc = [&form] { form.cmdABORT.Press(); };
     BindCaption(form.Form, *this);
     layout()->setSizeConstraint(QLayout::SetNoConstraint);  // no minimum size
     resize(PixelsOf(form.Form.ScaleWidth),
@@ -74,6 +77,8 @@ void MainScreen::MakeHelpMenu() {
         },
         Qt::QueuedConnection);
 }
+
+MainScreen::~MainScreen() { OnMessageEsc = nullptr; }
 
 void MainScreen::MakeControls() {
     QWidget* frame = BindFrame(Form.Frame1, Inside);

@@ -18,6 +18,7 @@ class ProgressLine;
 class MainScreen : public QMainWindow {
   public:
     explicit MainScreen(formTessel& form);
+    ~MainScreen() override;
     /// Shows the form's folder chooser and returns when the user has closed it.
     void ShowChooser();
     /// Opens an image that another program passed, or that was dropped, once pending events are

@@ -2,22 +2,22 @@
 
 #include <QApplication>
 #include <QFontMetrics>
-#include <QGridLayout>
-#include <QMessageBox>
 #include <QSettings>
+#include <memory>
 
 #include "platform/host.h"
 #include "screen/bindControls.h"
 #include "screen/fileDialog.h"
 #include "screen/inputDialog.h"
+#include "screen/messageBox.h"
+#include "screen/settingsStore.h"
 
 namespace tessel {
 
 bool UseToolkitDialogs = false;
+std::function<void()> OnMessageEsc;
 
 namespace {
-
-constexpr const char* kStoreName = "Tessel";
 
 /// The pointer shape: at most one override cursor, however often the hourglass is requested.
 struct Pointer {
@@ -39,33 +39,10 @@ struct Pointer {
 Pointer ThePointer;
 
 void ShowMessage(const std::string& text, const std::string& title) {
-    const NormalPointerScope pause;
-    QMessageBox box(DialogOwner());
-    box.setWindowTitle(ToQt(title));
-    box.setTextFormat(Qt::PlainText);
-    box.setText(BreakLongWords(ToQt(text).replace("\r\n", "\n")));
-    box.setStandardButtons(QMessageBox::Ok);
-    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
-        grid->addItem(new QSpacerItem(TitleWidth(box), 0), grid->rowCount(), 0, 1,
-                      grid->columnCount());
-    }
-    box.exec();
-}
-
-QString SettingKey(const std::string& section, const std::string& key) {
-    return ToQt(section) + '/' + ToQt(key);
-}
-
-std::string ReadSetting(const std::string& section, const std::string& key,
-                        const std::string& fallback) {
-    QSettings store(kStoreName, kStoreName);
-    store.setFallbacksEnabled(false);
-    return store.value(SettingKey(section, key), ToQt(fallback)).toString().toStdString();
-}
-
-void WriteSetting(const std::string& section, const std::string& key, const std::string& text) {
-    QSettings store(kStoreName, kStoreName);
-    store.setValue(SettingKey(section, key), ToQt(text));
+    bool closedByEsc = false;
+    ShowBox(ToQt(title), ToQt(text), QMessageBox::NoIcon, QMessageBox::Ok, QMessageBox::Ok,
+            &closedByEsc);
+    if (closedByEsc && OnMessageEsc) OnMessageEsc();
 }
 
 }  // namespace
@@ -89,20 +66,6 @@ int TitleWidth(const QWidget& dialog) {
     return QFontMetrics(bold).horizontalAdvance(dialog.windowTitle()) + kIconAndButtons;
 }
 
-QString BreakLongWords(QString text) {
-    constexpr QChar kMayBreak(0x200B);
-    constexpr int kLongWord = 60;
-    int word = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        word = text[i].isSpace() ? 0 : word + 1;
-        if (word > kLongWord && !text[i].isLowSurrogate()) {
-            text.insert(i, kMayBreak);
-            word = 0;
-        }
-    }
-    return text;
-}
-
 QWidget* DialogOwner() {
     if (QWidget* modal = QApplication::activeModalWidget()) return modal;
     if (QWidget* active = QApplication::activeWindow()) return active;
@@ -124,7 +87,18 @@ void FillHost() {
     };
     // Not quit(), which first asks the windows to close: closing is what calls this.
     TheHost.EndProgram = [] { QCoreApplication::exit(0); };
-    TheHost.Settings = {ReadSetting, WriteSetting};
+    const auto settings = std::make_shared<SettingsStorage>();
+    TheHost.Settings = {
+        .Read = [settings](
+                    const std::string& section, const std::string& key,
+                    const std::string& fallback) { return settings->Read(section, key, fallback); },
+        .Write = [settings](const std::string& section, const std::string& key,
+                            const std::string& text) { settings->Write(section, key, text); },
+        .Refresh = [settings] { settings->Refresh(); }};
+    settings->Refresh();
+    // The toolkit's file dialog would note the visited folders in a file of its own. Where its
+    // settings are files, they now lead to a place where none can be created.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, ":/none");
 }
 
 }  // namespace tessel

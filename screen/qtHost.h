@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 class QWidget;
 
@@ -13,9 +14,8 @@ void FillHost();
 /// Use the toolkit's file dialogs even where the desktop has its own, so that tests can drive them.
 extern bool UseToolkitDialogs;
 
-/// Returns the text for a message box with zero-width spaces in long words, such as paths, where
-/// they may be broken.
-QString BreakLongWords(QString text);
+/// Called when the user has closed a message box of the program with Esc.
+extern std::function<void()> OnMessageEsc;
 
 /// The width that a dialog's title and the buttons beside it need, in logical pixels.
 int TitleWidth(const QWidget& dialog);

@@ -159,6 +159,33 @@ TEST_F(DialogTest, SavingSuggestsANameAndAsksBeforeItReplaces) {
     EXPECT_EQ(Read("shown.txt"), DisplayText());
 }
 
+TEST_F(DialogTest, SavingRefusesAtOnceWhatIsNeverReplaced) {
+    OpenSample();
+    ClickLine(1);
+    Write(".hidden", std::string("x"));
+    fs::create_hard_link(At("disk.img"), At("hard"));
+    fs::create_symlink(At("disk.img"), At("link"));
+    fs::create_symlink(At("gone"), At("dangling"));
+    ASSERT_EQ(mkfifo(At("pipe").c_str(), 0600), 0);
+    const std::string before = Tree("");
+    const std::string image = "This is the image itself, which is never written.";
+    const std::pair<std::string, std::string> rows[] = {
+        {"disk.img", image},
+        {"hard", image},
+        {"link", image},
+        {".hidden", "A hidden file has this name."},
+        {"pipe", "A pipe, a socket or a device has this name."},
+        {"dangling", "A symbolic link that leads to no file has this name."}};
+    for (const auto& [name, why] : rows) {
+        AnswerFile(name);
+        AnswerBox("Save DOS File", At(name) + '\n' + why + " Please choose another one.",
+                  QMessageBox::Ok);
+        AnswerFile("");
+        Menu("File", "Save File");
+    }
+    EXPECT_EQ(Tree(""), before);
+}
+
 TEST_F(DialogTest, ASuggestedNameStaysInTheFolder) {
     const std::pair<const char16_t*, std::string> names[] = {
         {u"../../evil", ".._.._evil"}, {u"/tmp/evil", "_tmp_evil"}, {u"..", "__"},

@@ -1,3 +1,4 @@
+#include <QClipboard>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMessageBox>
@@ -8,6 +9,8 @@
 #include <QTest>
 #include <QUrl>
 
+#include "dialogs/modFile.h"
+#include "screen/qtHost.h"
 #include "tests/gui/screenTest.h"
 #include "volume/modGlobals.h"
 #include "volume/volumeState.h"
@@ -86,12 +89,10 @@ TEST_F(DesktopTest, ADroppedImageIsOpenedButNothingElse) {
         Busy = false;
         OnDialog<QMessageBox>([](QMessageBox& inner) {
             EXPECT_TRUE(inner.text().contains("while a message or a dialog waits"));
-            Key(Qt::Key_Return);
+            inner.accept();
         });
         Form->DropImage(first, "first.img");
-        box.activateWindow();
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&box));
-        Key(Qt::Key_Return);
+        box.accept();
     });
     EXPECT_TRUE(drop({first}));
     EXPECT_EQ(Title(), "FAT File System " + second);
@@ -122,19 +123,88 @@ TEST_F(DesktopTest, LongOperationsShowTheirProgress) {
     EXPECT_FALSE(line.isVisible());
 }
 
-TEST_F(DesktopTest, StartsWithBrokenSettings) {
+TEST_F(DesktopTest, WorksWithBrokenSettingsAndSaysOnceThatItCannotStoreThem) {
     const std::string path = Write("disk.img", SampleImage().File());
     std::filesystem::create_directories(At("garbage/Tessel"));
-    Write("garbage/Tessel/Tessel.conf", std::string("[Paths\n\0=\xFF\xFE\n=%%%\n", 17));
+    const std::string garbage("[Paths\n\0=\xFF\xFE\n=%%%\n[Other]\nkey=kept\n", 34);
+    Write("garbage/Tessel/Tessel.conf", garbage);
+    std::filesystem::create_directories(At("large/Tessel"));
+    Write("large/Tessel/Tessel.conf", garbage + std::string(2 << 20, '\n'));
     std::filesystem::create_directories(At("folder/Tessel/Tessel.conf"));
     Write("file", std::string("x"));
-    for (const std::string home : {"garbage", "folder", "file/home"}) {
+    for (const std::string home : {"garbage", "large", "folder", "file/home"}) {
+        SCOPED_TRACE(home);
         End();
         QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                            QString::fromStdString(At(home)));
+        FillHost();
         Start();
-        OpenImage(path);
-        EXPECT_EQ(List->model()->rowCount(), 4) << home;
+        std::filesystem::current_path(Folder);
+        RecentPaths = {};
+        AnswerFile(path);
+        if (home != "garbage") {
+            OnDialog<QMessageBox>([&](QMessageBox& box) {
+                EXPECT_TRUE(box.text().startsWith("The settings cannot be stored."))
+                    << box.text().toStdString();
+                Key(Qt::Key_Return);
+            });
+        }
+        Menu("File", "Open");
+        EXPECT_EQ(List->model()->rowCount(), 4);
+        std::filesystem::current_path("/");
+        RecentPaths = {};
+        OnDialog<QFileDialog>([&](QFileDialog& dialog) {
+            EXPECT_EQ(dialog.directory().path().toStdString(), Folder) << "remembered";
+            Key(Qt::Key_Escape);
+        });
+        Menu("File", "Open");
+    }
+    const QSettings stored(QString::fromStdString(At("garbage/Tessel/Tessel.conf")),
+                           QSettings::NativeFormat);
+    EXPECT_EQ(stored.value("Other/key").toString(), "kept");
+    EXPECT_EQ(stored.value("Paths/IMG").toString().toStdString(), Folder + "/");
+    EXPECT_EQ(Tree("garbage"), "Tessel/\nTessel/Tessel.conf\n") << "the toolkit notes nothing";
+    EXPECT_EQ(std::filesystem::file_size(At("large/Tessel/Tessel.conf")),
+              garbage.size() + (2 << 20));
+}
+
+TEST_F(DesktopTest, AMessageFitsTheScreenAndCanBeCopiedWhole) {
+    const std::string texts[] = {
+        "short",
+        "path\r\n/" + Times(400, std::string(9, 'W') + "/") + "end",
+        Times(300, "line\r\n"),
+        Times(200, "\xE2\x80\xA9paragraph"),
+        Times(1500, "\xF0\x9F\x98\x80\xE6\x96\x87"),
+        Times(60, std::string(230, 'x') + " \n"),
+    };
+    for (const std::string& text : texts) {
+        OnDialog<QMessageBox>([&](QMessageBox& box) {
+            const QRect room = box.screen()->availableGeometry();
+            EXPECT_TRUE(room.contains(box.geometry())) << text.substr(0, 20);
+            EXPECT_EQ(box.detailedText().isEmpty(), text == "short");
+            Key(Qt::Key_C, Qt::ControlModifier);
+            Key(Qt::Key_Return);
+        });
+        TheHost.MessageBox(text, "Error");
+        QString copied = QGuiApplication::clipboard()->text();
+        EXPECT_EQ(copied.size(), QString::fromStdString(text).replace("\r\n", "\n").size());
+        EXPECT_FALSE(copied.contains(QChar(0x200B)));
+    }
+}
+
+TEST_F(DesktopTest, EscInAMessageOfALongOperationPressesStop) {
+    OpenImage(Write("disk.img", SampleImage().File()));
+    std::filesystem::create_directories(At("out/disk/Read me first.txt"));
+    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        TheHost.ShowModal = [this](Window& window) {
+            Form->Chooser->dirDirBox.SetPath(At("out"));
+            Form->Chooser->OKButton.Press();
+            window.Visible = false;
+        };
+        OnDialog<QMessageBox>([key](QMessageBox&) { Key(key); });
+        Form->mnuSaveDirectory.Press();
+        EXPECT_TRUE(DisplayText().ends_with(key == Qt::Key_Escape ? "Saved - 0  Failed - 1"
+                                                                  : "Saved - 1  Failed - 1"));
     }
 }
 
