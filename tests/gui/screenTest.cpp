@@ -58,20 +58,23 @@ void ScreenTest::End() {
 
 void ScreenTest::RunSteps() {
     constexpr int kTimeout = 10000;  // ms
-    if (QApplication::activeModalWidget() == nullptr) SinceStep.restart();
-    if (!Steps.empty() && Steps.front().IsReady()) {
+    QWidget* const dialog = QApplication::activeModalWidget();
+    if (dialog == nullptr) SinceStep.restart();
+    if (!Steps.empty() && !Answering.contains(dialog) && Steps.front().IsReady()) {
+        if (dialog != nullptr) Answering.insert(dialog);
         // Queued, because a timer does not fire again, for a dialog inside a dialog, while its slot
         // runs.
         QMetaObject::invokeMethod(
             &StepTimer,
-            [this, act = std::move(Steps.front().Act)] {
+            [this, dialog, act = std::move(Steps.front().Act)] {
                 act();
+                Answering.remove(dialog);
                 SinceStep.restart();
             },
             Qt::QueuedConnection);
         Steps.pop_front();
     } else if (SinceStep.elapsed() > kTimeout) {
-        auto* modal = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        auto* modal = qobject_cast<QDialog*>(dialog);
         ADD_FAILURE() << "unexpected dialog \"" << modal->windowTitle().toStdString() << '"';
         Steps.clear();
         modal->done(0);

@@ -5,6 +5,7 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QListView>
+#include <QSet>
 #include <QTimer>
 #include <deque>
 
@@ -92,6 +93,7 @@ class ScreenTest : public TesselTest {
     void RunSteps();
 
     std::deque<Step> Steps;
+    QSet<QWidget*> Answering;  // dialogs whose step still runs; the next step waits for another
     QTimer StepTimer;
     QElapsedTimer SinceStep;
 };
