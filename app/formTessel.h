@@ -68,14 +68,14 @@ struct formTessel {
     /// The folder chooser; null until its first use.
     std::unique_ptr<dialogGetDirectory> Chooser;
 
-    // --- Called by the screen, beside the controls' events. --------------------------------------
+    // --- Called by the screen, besides the controls' events. -------------------------------------
     /// Call before the window is shown first: empties list and display, and disables all controls
     /// that need a volume.
     void Form_Load();
     /// Call when the program ends: stores the folder chooser's position.
     void Form_Unload();
-    /// What the box of Offset offers: the whole file, and the volumes in the image that was last
-    /// opened or refused in this run.
+    /// The lines that the Offset box lists: the whole file, and the volumes in the image that was
+    /// last opened or refused in this run.
     std::vector<InputChoice> OffsetChoices() const;
     /// Whether Exit was chosen during a long operation and will run when that has ended.
     bool ExitIsPending() const { return ExitPending; }
@@ -103,18 +103,25 @@ struct formTessel {
     std::function<void()> Guarded(Handler handler);
     void RunGuarded(const std::function<void()>& handler);
 
-    // Opening and closing (formTesselVolume.cpp).
-    void Form_Initialize();
+    // The window itself, the busy state, and which controls are enabled (formTessel.cpp).
     void Form_Resize();
     void Form_CloseBox();
+    void mnuExit_Click();
+    void cmdABORT_Click();
+    void StopAll();
+    void SetBusy(bool flag);
+    void EnableStop();
+    void EnableControls(bool flag);
+    void SetVolumeOpen(bool flag);
+    void ClearDisplay();
+
+    // Opening and closing an image (formTesselVolume.cpp).
+    void Form_Initialize();
     void mnuFile_Click();
     void mnuOptions_Click();
     void mnuOpen_Click();
     void mnuClose_Click();
-    void mnuExit_Click();
     void mnuOffset_Click();
-    void cmdABORT_Click();
-    void StopAll();
     bool MayOpen() const;
     bool MaySaveFile();
     bool MaySaveDirectory();
@@ -124,11 +131,6 @@ struct formTessel {
     void RefuseVolume();
     void BrowseVolume();
     void ReportOpenError(const RuntimeError& error);
-    void SetBusy(bool flag);
-    void EnableStop();
-    void EnableControls(bool flag);
-    void SetVolumeOpen(bool flag);
-    void ClearDisplay();
     void ShowOffset();
 
     // Display modes and navigation (formTesselBrowse.cpp).

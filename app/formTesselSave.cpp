@@ -40,7 +40,7 @@ std::string formTessel::SuggestedName() const {
 }
 
 void formTessel::mnuSaveFile_Click() {
-    // The menu may have been opened while a view was still being made.
+    // The menu may have been opened before a view was complete.
     if (!MaySaveFile()) return;
     SetBusy(true);
     std::string kind;
@@ -74,7 +74,7 @@ void formTessel::mnuSaveTxt_Click() {
 }
 
 bool formTessel::SaveText() {
-    // Events are processed while a long text is written, so a copy of the present text is saved.
+    // Events are processed while a long text is written, so a copy of the current text is saved.
     // The image that it is generated from stays open until then.
     TextDisplay text = rtfDisplay.Text;
     text.Changed = nullptr;

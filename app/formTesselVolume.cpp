@@ -16,7 +16,7 @@
 namespace tessel {
 namespace {
 
-constexpr const char* kTableInFront =
+constexpr const char* kPartitionTableHint =
     "This file begins with a partition table: Options > Offset lists its volumes. ";
 
 /// Runs steps that must all run even if an earlier one fails, and keeps the first error.
@@ -130,7 +130,7 @@ bool formTessel::OpenImageFile(const std::string& path) {
         lblSystemID.Hint = "";
         lblDirectory.Caption = "";
         DirDepth = 0;
-        // Without its first sector there is nothing to show of a volume.
+        // Without its first sector, no part of a volume can be shown.
         if (!ReadBootSector()) Raise(kDeviceIoError);
         return true;
     } catch (const RuntimeError& error) {
@@ -141,7 +141,8 @@ bool formTessel::OpenImageFile(const std::string& path) {
 
 void formTessel::ShowFatTypeReason() {
     const bool table = PartitionOffset == 0 && !LastTable.StartsWithVolume;
-    lblSystemID.Hint = (table && !LastTable.Volumes.empty() ? kTableInFront : "") + FatTypeReason();
+    lblSystemID.Hint =
+        (table && !LastTable.Volumes.empty() ? kPartitionTableHint : "") + FatTypeReason();
 }
 
 void formTessel::ReportOpenError(const RuntimeError& error) {

@@ -49,7 +49,7 @@ bool MirroredFolders::EnterChosen() {
         }
         const auto there = IdentityAt(chosen);
         if (!there) Raise(kPathNotFound, "The folder no longer exists.");
-        if (*there != Open.front().Own) Raise(kPathNotFound, "Another folder has taken its place.");
+        if (*there != Open.front().Own) Raise(kPathNotFound, "Another folder has replaced it.");
         return true;
     } catch (const RuntimeError& error) {
         Errors.Show(SaveStep::kEnterFolder, error, chosen);
@@ -71,7 +71,7 @@ bool MirroredFolders::Save(Long row, const std::string& fileName) {
 }
 
 void MirroredFolders::Enter() {
-    // From the first level on whose name now leads to something else, the levels are opened again.
+    // Reopens the levels from the first whose name now leads to something else.
     std::size_t valid = 1;
     while (valid < Open.size()) {
         const FolderEntry entry = Open[valid - 1].Folder.Look(Names[valid - 1]);
@@ -91,12 +91,12 @@ void MirroredFolders::CreateFile(const std::string& safeName) {
     const FolderEntry first = Open.back().Folder.Look(safeName);
     if (!IsOfThisRun(safeName, first)) return Replace(safeName, first);
 
-    // An image can contain thousands of files with one name, or with names that give the same host
-    // name: each starts at the number after the last one used, and the steps soon grow.
+    // An image can contain thousands of files with the same name, or with names that become the
+    // same host name: each starts at the number after the last one used, and the steps soon grow.
     constexpr int kSteadySteps = 8;
-    constexpr int kMostSteps = 40;
+    constexpr int kMaxSteps = 40;
     std::int64_t& number = NextNumber.try_emplace(first.Identity, 2).first->second;
-    for (int step = 0; step < kMostSteps; ++step) {
+    for (int step = 0; step < kMaxSteps; ++step) {
         const std::string name = NumberedName(safeName, number);
         number += std::int64_t{1} << std::max(step - kSteadySteps, 0);
         SetName(name);
@@ -114,16 +114,16 @@ bool MirroredFolders::TryCreate(const std::string& name) {
         if (error.Number == kFileAlreadyExists) return false;
         throw;
     }
-    Remember(name);
+    Record(name);
     return true;
 }
 
 void MirroredFolders::Replace(const std::string& name, const FolderEntry& entry) {
     ReplaceTarget(kTargetFile, Open.back().Folder, name, entry);
-    Remember(name);
+    Record(name);
 }
 
-void MirroredFolders::Remember(const std::string& name) {
+void MirroredFolders::Record(const std::string& name) {
     // On some file systems, FAT among them, an identity changes when the kernel drops the file from
     // its cache; names are compared too.
     CreatedNames.insert(name);

@@ -43,7 +43,7 @@ class MirroredFolders {
     void CreateFile(const std::string& safeName);
     bool TryCreate(const std::string& name);
     void Replace(const std::string& name, const FolderEntry& entry);
-    void Remember(const std::string& name);
+    void Record(const std::string& name);
     bool IsOfThisRun(const std::string& name, const FolderEntry& entry) const;
     void SetName(const std::string& name);
 

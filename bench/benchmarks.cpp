@@ -172,7 +172,7 @@ void OpenLargeDisk(benchmark::State& state) {
     for (auto _ : state) opened.Run("file " + image + "\nmenu Open");
 }
 
-/// What Open does for the offset box.
+/// Open reads the partition tables for the offset box.
 void ReadTable(benchmark::State& state, bool isDisk) {
     Opened opened(isDisk ? LargeDisk() : TheFolder().Write("floppy.img", Floppy));
     for (auto _ : state) {

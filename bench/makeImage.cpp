@@ -45,13 +45,13 @@ Image Directory(int count, std::size_t bytes) {
 }
 
 Image Full(int count) {
-    constexpr int kMostClusters = 65519;
-    Layout layout = Layout::Fat16(kMostClusters);
+    constexpr int kMaxClusters = 65519;
+    Layout layout = Layout::Fat16(kMaxClusters);
     layout.RootEntries = count;
     Image image(layout);
     for (int i = 0; i < count; ++i) image.Add(Image::kRoot, {.Name = "FIL" + Digits(i) + ".TXT"});
-    for (int cluster = 2; cluster < kMostClusters; ++cluster) {
-        image.SetFat(cluster, cluster + 1 < kMostClusters ? cluster + 1 : 0xFFFF);
+    for (int cluster = 2; cluster < kMaxClusters; ++cluster) {
+        image.SetFat(cluster, cluster + 1 < kMaxClusters ? cluster + 1 : 0xFFFF);
     }
     return image;
 }

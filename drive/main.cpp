@@ -9,7 +9,7 @@
 
 /// tessel-drive [--settings FILE] [SCRIPT...]: runs the window without a screen, driven by the
 /// commands in the scripts, or on standard input when there is none. Exits with 0, or with 2 when a
-/// script cannot be read or a command is wrong.
+/// script cannot be read or a command is invalid.
 int main(int argc, char** argv) {
     tessel::PrepareProcess();
     std::ios::sync_with_stdio(false);

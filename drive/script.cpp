@@ -26,7 +26,7 @@ std::string OnOneLine(const std::string& text) {
     return line;
 }
 
-/// Parses a whole number from 0 on; returns false for any other text.
+/// Parses a non-negative integer; returns false for any other text.
 bool ParseCount(const std::string& text, long& value) {
     const char* end = text.data() + text.size();
     const auto parsed = std::from_chars(text.data(), end, value);

@@ -14,8 +14,8 @@ namespace tessel {
 /// that begin with "#" are ignored.
 class Script {
   public:
-    /// Prints message boxes and the output of commands to `out`, and wrong lines to `errors`. All
-    /// three references must outlive the script.
+    /// Prints message boxes and the output of commands to `out`, and errors in lines to `errors`.
+    /// All three references must outlive the script.
     Script(std::ostream& out, std::ostream& errors, ScriptSettings& settings);
 
     /// Runs lines until the stream or the program ends. Returns false, with a line on the error

@@ -135,7 +135,7 @@ void ScriptedDesktop::AnswerFolder() {
             chooser.dirDirBox.SetPath(folder);
             chooser.OKButton.Press();
         } catch (const RuntimeError&) {
-            // Act like a folder that is deleted after the user chose it.
+            // Behave as if the folder was deleted after the user chose it.
             chooser.OKButton.Press();
             chooser.DirName = folder;
         }

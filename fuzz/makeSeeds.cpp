@@ -78,26 +78,26 @@ void PutImages(Folder folder) {
     folder.Put(Head(0, 0, 255, 0) + Text(disk) + fat12);
 }
 
-/// Where the medium fails, and a disk with a table; see tableFuzzer.cpp.
+/// The position of the read error, and a disk with a table; see tableFuzzer.cpp.
 void PutTables(Folder folder) {
-    const std::string sound = "\xFF";
+    const std::string noFailure = "\xFF";
     Bytes disk(12 * 512);
     PutVolume(disk, 4, "ONE        ");
     PutVolume(disk, 8, "TWO        ");
     PutMbr(disk, 0, {{0x80, 1, 4, 4}, {0, 0x83, 7, 1}, {0, 0x0F, 3, 9}});
     PutMbr(disk, 3, {{0, 6, 5, 4}, {0, 5, 7, 2}});
     PutMbr(disk, 10, {{0, 6, 1, 1}, {0, 5, 7, 2}});
-    folder.Put(sound + Text(disk));
+    folder.Put(noFailure + Text(disk));
     folder.Put("\x70" + Text(disk));
     PutMbr(disk, 0, {{0, 0xEE, 1, 11}, {0, 0, 0, 0}, {0, 0, 0, 0}});
     PutGptEntry(disk, 1024, 4, 7, u"K\u00F6ln");
     PutGptEntry(disk, 1152, 8, 10, u"a\x01\xD800");
     PutGptHeader(disk, 11 * 512, {.Count = 4});
-    folder.Put(sound + Text(disk));
+    folder.Put(noFailure + Text(disk));
     PutGptHeader(disk, 512, {.Count = 4});
-    folder.Put(sound + Text(disk));
+    folder.Put(noFailure + Text(disk));
     disk[530] ^= 1;
-    folder.Put(sound + Text(disk));
+    folder.Put(noFailure + Text(disk));
 }
 
 void PutScripts(Folder folder) {

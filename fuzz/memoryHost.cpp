@@ -127,9 +127,10 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
     const std::int64_t end =
         std::min({offset + std::ssize(bytes), image.FailsFrom, kLastFileOffset + 1});
     const std::int64_t good = std::max<std::int64_t>(end - offset, 0);
-    const std::int64_t held = std::min(good, std::ssize(image.Bytes) - offset);
-    if (held > 0) {
-        std::copy_n(image.Bytes.begin() + static_cast<std::ptrdiff_t>(offset), held, bytes.begin());
+    const std::int64_t available = std::min(good, std::ssize(image.Bytes) - offset);
+    if (available > 0) {
+        std::copy_n(image.Bytes.begin() + static_cast<std::ptrdiff_t>(offset), available,
+                    bytes.begin());
     }
     return static_cast<std::size_t>(good);
 }
@@ -158,8 +159,7 @@ bool IsOpenFile(const FileIdentity& file) {
     });
 }
 
-// --- An open folder.
-// ------------------------------------------------------------------------------
+// --- An open folder. -----------------------------------------------------------------------------
 
 std::optional<FileIdentity> IdentityAt(const std::string& path) {
     const std::string whole = Whole(path);

@@ -33,9 +33,9 @@ int main(int argc, char** argv) {
             slowestInput = input.filename();
         }
     }
-    constexpr double kMostMegabytes = 256;
+    constexpr double kMaxMegabytes = 256;
     const double peak = tessel::PeakMemoryMiB();
     std::printf("%zu inputs; the slowest, %s, took %.0f ms; %.0f MB at most\n", inputs.size(),
                 slowestInput.string().c_str(), slowest * 1000, peak);
-    return inputs.empty() || slowest > 1 || peak > kMostMegabytes ? 1 : 0;
+    return inputs.empty() || slowest > 1 || peak > kMaxMegabytes ? 1 : 0;
 }

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// A small disk with a bit of everything; if not `sound`, with chains that loop and cross.
-tessel::images::Bytes Disk(bool sound) {
+/// A small disk with a bit of everything; if not `valid`, with chains that loop and cross.
+tessel::images::Bytes Disk(bool valid) {
     using namespace tessel::images;
     Layout layout;
     layout.RootEntries = 64;
@@ -25,7 +25,7 @@ tessel::images::Bytes Disk(bool sound) {
     image.AddFile(sub, {.Name = "INNER.TXT"}, "inside");
     const int deep = image.AddDirectory(sub, {.Name = "DEEP.D", .Attributes = 0x10});
     image.Add(deep, {.Name = "LARGE.BIN", .Cluster = 3, .Size = 2'000'000'000});
-    if (!sound) {
+    if (!valid) {
         for (int cluster = 2; cluster < 30; ++cluster) image.SetFat(cluster, cluster % 5 + 3);
     }
     return image.File();
@@ -36,16 +36,16 @@ tessel::images::Bytes Disk(bool sound) {
 /// Runs the input as a script of the driver, with two small images to open.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace tessel;
-    static const images::Bytes sound = Disk(true);
+    static const images::Bytes valid = Disk(true);
     static const images::Bytes knotted = Disk(false);
     UserSimulator user(true);
-    memory::PutImage(std::string(memory::kImages) + "/disk.img", sound);
+    memory::PutImage(std::string(memory::kImages) + "/disk.img", valid);
     memory::PutImage(std::string(memory::kImages) + "/knot.img", knotted);
 
-    constexpr int kMostLines = 100;
+    constexpr int kMaxLines = 100;
     std::istringstream script(std::string(reinterpret_cast<const char*>(data), size));
     std::string line;
-    for (int i = 0; i < kMostLines && std::getline(script, line); ++i) {
+    for (int i = 0; i < kMaxLines && std::getline(script, line); ++i) {
         if (line == "clock") continue;  // prints to standard error
         user.Do(line);
         if (user.Ended()) break;

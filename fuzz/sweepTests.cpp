@@ -13,9 +13,9 @@ namespace {
 
 using images::Bytes;
 
-constexpr double kMostSeconds = 1;
+constexpr double kMaxSeconds = 1;
 /// The user saves a few files and texts and stops the ones that claim to have two gigabytes.
-constexpr std::int64_t kMostWritten = 256 << 20;
+constexpr std::int64_t kMaxWritten = 256 << 20;
 
 /// Boot sector, FAT, directory and data of a sector or two each: small enough to try every byte,
 /// and with every structure of a larger disk.
@@ -44,9 +44,9 @@ Bytes SmallDisk() {
     user.TryEverything();
     user.Do("menu Close");
     const double taken = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-    if (taken > kMostSeconds) return ::testing::AssertionFailure() << taken << " s";
+    if (taken > kMaxSeconds) return ::testing::AssertionFailure() << taken << " s";
     const std::int64_t written = memory::BytesWritten();
-    if (written > kMostWritten) return ::testing::AssertionFailure() << written << " bytes written";
+    if (written > kMaxWritten) return ::testing::AssertionFailure() << written << " bytes written";
     return ::testing::AssertionSuccess();
 }
 

@@ -15,10 +15,10 @@ namespace {
 
 /// Limits: steps for one image, lines and levels tried, and how often a step may process events,
 /// about every 8 ms, before STOP is pressed.
-constexpr int kMostSteps = 60;
-constexpr int kMostLines = 12;
-constexpr int kDeepest = 3;
-constexpr long kPatience = 2;
+constexpr int kMaxSteps = 60;
+constexpr int kMaxLines = 12;
+constexpr int kMaxDepth = 3;
+constexpr long kEventsBeforeStop = 2;
 constexpr std::int64_t kWholeText = std::int64_t{32} * 1024;
 
 bool IsDirectoryLine(const std::string& text) { return text.starts_with('['); }
@@ -44,7 +44,7 @@ UserSimulator::~UserSimulator() {
 }
 
 void UserSimulator::Do(const std::string& scriptLine) {
-    EventsLeft = kPatience;
+    EventsLeft = kEventsBeforeStop;
     ++Steps;
     Out.str("");
     // A file dialog without a queued answer is cancelled.
@@ -137,20 +137,20 @@ void UserSimulator::TryEntry(int line) {
 
 void UserSimulator::EnterDirectories(int depth) {
     ListBox& list = Program->Form.listDIR;
-    for (int line = 0; line < std::min(list.Count(), kMostLines); ++line) {
-        if (Steps >= kMostSteps) return;
+    for (int line = 0; line < std::min(list.Count(), kMaxLines); ++line) {
+        if (Steps >= kMaxSteps) return;
         TryEntry(line);
     }
     Do(std::string("folder ") + memory::kChosen);
     Do("menu Save Directory");
-    if (depth == kDeepest) return;
-    for (int line = 0; line < std::min(list.Count(), kMostLines); ++line) {
-        if (Steps >= kMostSteps || !IsDirectoryLine(list.Text(line))) continue;
+    if (depth == kMaxDepth) return;
+    for (int line = 0; line < std::min(list.Count(), kMaxLines); ++line) {
+        if (Steps >= kMaxSteps || !IsDirectoryLine(list.Text(line))) continue;
         const Long level = Program->Form.DirDepth;
         Do("double " + std::to_string(line));
         if (Program->Form.DirDepth > level) EnterDirectories(depth + 1);
         // Back through "..", if the directory has one.
-        for (int up = 0; up < std::min(list.Count(), kMostLines); ++up) {
+        for (int up = 0; up < std::min(list.Count(), kMaxLines); ++up) {
             if (!list.Text(up).starts_with("[..")) continue;
             Do("double " + std::to_string(up));
             break;

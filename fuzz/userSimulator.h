@@ -39,7 +39,7 @@ class UserSimulator {
     std::ostringstream Out;
     ScriptSettings Settings;
     std::unique_ptr<Script> Program;
-    long EventsLeft = 0;  // processings of events until STOP is pressed
+    long EventsLeft = 0;  // DoEvents calls until STOP is pressed
     int Steps = 0;
     bool SavesAnywhere;
 };

@@ -144,7 +144,7 @@ struct MenuEntry {
     std::function<void()> Click{};
 
     bool IsSeparator() const { return Caption == "-"; }
-    /// The user chooses the entry. Does nothing while it is disabled, nor on a separator.
+    /// The user chooses the entry. Does nothing while it is disabled, and on a separator.
     void Press() {
         if (Enabled && !IsSeparator()) RaiseEvent(Click);
     }

@@ -15,14 +15,14 @@ struct FileIdentity {
 };
 
 /// Returns the identity of the file or folder at `path`, following links; nullopt when there is
-/// none or the host does not say.
+/// none or the host cannot identify it.
 std::optional<FileIdentity> IdentityAt(const std::string& path);
 
 enum class EntryKind {
     kNothing,
     kFile,        ///< a visible regular file, or a visible link to a regular file
     kHiddenFile,  ///< the same, but hidden or a system file (on hosts without attributes, a file
-                  ///< whose name begins with a point)
+                  ///< whose name begins with a dot)
     kFolder,      ///< a folder, not a link to one
     kLink,        ///< a link to anything else, or a broken link
     kOther,       ///< a pipe, a socket, a device
@@ -57,7 +57,7 @@ class FolderHandle {
 
     /// The path of the folder when it was opened.
     const std::string& Path() const { return OwnPath; }
-    /// Raises 75 when the host does not say.
+    /// Raises 75 when the host cannot identify the folder.
     FileIdentity Identity() const;
     /// Makes the folder the process's current one. Raises 75 when the host denies access.
     void MakeCurrent() const;

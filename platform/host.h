@@ -50,9 +50,9 @@ struct SettingsStore {
     std::function<void()> Refresh{};
 };
 
-/// A line that an input box offers beside what can be typed.
+/// A line in the drop-down list of an input box.
 struct InputChoice {
-    std::string Value{};  ///< what choosing it puts into the text line
+    std::string Value{};  ///< the text that choosing it enters
     std::string Text{};   ///< how it is listed
     bool Enabled = true;  ///< whether it can be chosen
 };
@@ -62,7 +62,7 @@ struct InputChoice {
 struct Host {
     /// Shows a modal message box and returns when the user closes it.
     std::function<void(const std::string& text, const std::string& title)> MessageBox{};
-    /// Asks the user for a text, with `text` already typed in. Returns "" after Cancel. With
+    /// Asks the user for a text, with `text` as the initial value. Returns "" after Cancel. With
     /// `choices`, the text line is an editable drop-down that lists them; the result is the text in
     /// the line, typed or chosen.
     std::function<std::string(const std::string& prompt, const std::string& title,

@@ -6,7 +6,7 @@
 
 #include "platform/runtimeError.h"
 
-/// The host's file system: paths are UTF-8 text with the host's own separator.
+/// The host's file system: paths are UTF-8 text with the host's separator.
 namespace tessel {
 
 /// The character between a folder and a name.
@@ -19,9 +19,9 @@ std::string FileTitleOf(const std::string& path);
 std::string JoinPath(const std::string& folder, const std::string& name);
 
 /// `name` made safe as the name of one file or folder on this host. Separators, control characters
-/// and all else that the host rejects or interprets (".", "..", on Windows also device names and
-/// trailing blanks or points) become "_". Never empty; at most 255 bytes, cut before a whole
-/// character and keeping a short extension.
+/// and everything else that the host rejects or interprets (".", "..", on Windows also device names
+/// and trailing blanks or dots) become "_". Never empty; at most 255 bytes, cut at the boundary of
+/// a character and keeping a short extension.
 std::string SafeName(const std::string& name);
 /// `safeName` with " (NUMBER)" before its extension, cut to at most 255 bytes.
 std::string NumberedName(const std::string& safeName, std::int64_t number);

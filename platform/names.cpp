@@ -9,8 +9,8 @@
 namespace tessel {
 namespace {
 
-constexpr std::size_t kLongestName = 255;
-constexpr std::size_t kLongestExtension = 16;
+constexpr std::size_t kMaxName = 255;
+constexpr std::size_t kMaxExtension = 16;
 
 /// Whether `c` is a byte of a UTF-8 character except its first.
 bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
@@ -30,19 +30,19 @@ std::string Replaced(const std::string& name, std::string_view refused) {
     return safe;
 }
 
-/// The extension of `name` with its point; "" when it is too long to be kept or the whole name.
+/// The extension of `name` with its dot; "" when it is too long to be kept or the whole name.
 std::string ShortExtension(const std::string& name) {
-    const std::size_t point = name.rfind('.');
-    if (point == std::string::npos || point == 0) return "";
-    return name.size() - point <= kLongestExtension ? name.substr(point) : "";
+    const std::size_t dot = name.rfind('.');
+    if (dot == std::string::npos || dot == 0) return "";
+    return name.size() - dot <= kMaxExtension ? name.substr(dot) : "";
 }
 
-/// `name` with `inserted` before its short extension, and cut there, between characters, to at most
-/// kLongestName bytes.
+/// `name` with `inserted` before its short extension, shortened there, at a character boundary, to
+/// at most kMaxName bytes.
 std::string Shortened(const std::string& name, const std::string& inserted = "") {
     const std::string extension = ShortExtension(name);
     const std::size_t stem = name.size() - extension.size();
-    std::size_t length = std::min(stem, kLongestName - extension.size() - inserted.size());
+    std::size_t length = std::min(stem, kMaxName - extension.size() - inserted.size());
     while (length > 0 && length < stem && IsContinuation(name[length])) --length;
     return name.substr(0, length) + inserted + extension;
 }
@@ -74,7 +74,7 @@ std::string SafePosixName(const std::string& name) {
 std::string SafeWindowsName(const std::string& name) {
     std::string safe = Shortened(Replaced(name, "<>:\"/\\|?*"));
     if (IsDeviceName(safe)) safe = Shortened("_" + safe);
-    // Windows drops trailing blanks and points, and would use another file.
+    // Windows drops trailing blanks and dots, and would use another file.
     for (auto c = safe.rbegin(); c != safe.rend() && (*c == ' ' || *c == '.'); ++c) *c = '_';
     return WithoutDotNames(safe);
 }

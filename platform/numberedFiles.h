@@ -18,11 +18,11 @@ inline constexpr std::int64_t kLastFileOffset = 2147483646;
 
 /// Opens a file for reading, without blocking. Raises 55 when the number is in use, 53 for a
 /// missing file, 76 for a missing folder, 75 for a folder, a pipe, a socket or a file that the user
-/// may not read, 57 for a failing medium.
+/// has no right to read, 57 for a failing medium.
 void OpenForReading(int number, const std::string& path);
 
 /// Closes a file; does nothing for a number that is not open. Raises 61 or 57 when the host cannot
-/// store what was written; the number is free all the same.
+/// store what was written; the number is free in any case.
 void CloseFile(int number);
 /// As CloseFile, but raises nothing: for use after another error.
 void AbandonFile(int number);
@@ -64,7 +64,7 @@ struct LocalTime {
 /// time again. Returns false when the host cannot set it.
 bool SetModificationTime(int number, const LocalTime& time);
 
-/// The identity of an open file. Raises 57 when the host does not say.
+/// The identity of an open file. Raises 57 when the host cannot identify it.
 FileIdentity IdentityOf(int number);
 /// Whether `file` is open under any number.
 bool IsOpenFile(const FileIdentity& file);

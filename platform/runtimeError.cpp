@@ -13,8 +13,8 @@ struct ErrorRow {
 };
 
 constexpr std::array kErrors = {
-    ErrorRow{kOverflow, "Overflow"},          // a number or a position over 32 bits
-    ErrorRow{kOutOfMemory, "Out of memory"},  // the host refuses memory
+    ErrorRow{kOverflow, "Overflow"},                           // a number or an offset over 32 bits
+    ErrorRow{kOutOfMemory, "Out of memory"},                   // the host refuses memory
     ErrorRow{kSubscriptOutOfRange, "Subscript out of range"},  // an index outside a buffer or table
     ErrorRow{kDivisionByZero, "Division by zero"},             // a boot sector field of 0
     ErrorRow{kBadFileNumber, "Bad file name or number"},       // a file number that is not open

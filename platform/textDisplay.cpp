@@ -18,7 +18,7 @@ Overloaded(F...) -> Overloaded<F...>;
 }  // namespace
 
 void TextDisplay::LiteralText::Append(std::string_view text) {
-    // A CR at the end of the present text may be the first half of a CR LF.
+    // A CR at the end of the current text may be the first half of a CR LF.
     if (Text.ends_with('\r') && text.starts_with('\n')) LineStarts.pop_back();
     Text += text;
     AddLineStarts(Text.size() - text.size());

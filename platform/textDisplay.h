@@ -56,7 +56,7 @@ class TextDisplay {
     TextOffset LineStart(std::int64_t line) const;
     /// The offset after the last byte of line `line`, without its line break.
     TextOffset LineEnd(std::int64_t line) const;
-    /// The line that contains the byte at `at`; offsets outside the text count as its ends.
+    /// The line that contains the byte at `at`; offsets outside the text are clamped to it.
     std::int64_t LineAt(TextOffset at) const;
 
     /// Up to `count` bytes of the text from `at` on.

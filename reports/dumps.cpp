@@ -63,12 +63,12 @@ void DumpRootDirectory(TextDisplay& display) {
 std::string DumpFat0() {
     const Long clusters = Drives[1].ClusterCount;
     const Long bits = FatTypeOf(clusters);
-    const Long held = WholeFatEntries(Fat0Bytes, bits);
+    const Long available = WholeFatEntries(Fat0Bytes, bits);
     std::string text;
     for (Long i = 0; i < clusters; ++i) {
-        if (i >= held) {
+        if (i >= available) {
             if (i % kEntriesPerRow != 0) text += "\r\n";
-            return text + " FAT ends after " + std::to_string(held) + " of " +
+            return text + " FAT ends after " + std::to_string(available) + " of " +
                    std::to_string(clusters) + " entries\r\n";
         }
         if (i % kEntriesPerRow == 0) {

@@ -18,7 +18,7 @@ Long UsualType(Long dataClusters) {
     return dataClusters < kUsualFirstFat32Count ? 16 : 32;
 }
 
-/// The bounds of the count that decided.
+/// The range of cluster counts that FatType stands for.
 std::string Bounds() {
     if (FatType == 12) return "fewer than " + Grouped(kFirstFat16Count);
     if (FatType == 32) return Grouped(kFirstFat32Count) + " or more";
@@ -31,12 +31,12 @@ std::string TextInBootSector() {
     return text.find_first_not_of('.') == text.npos ? "" : text;
 }
 
-/// What decided, where that needs more than a bound.
+/// The cluster count that decided, and how it was determined.
 std::string CountText() {
     const std::string count = Grouped(Drives[1].ClusterCount);
     if (BootSector.SectorsPerCluster != 0) return count + " clusters counted over all sectors.";
-    return "by its boot sector a cluster has no sectors, so the count before this one, " + count +
-           " clusters, stays.";
+    return "the boot sector gives no sectors per cluster, so the previous count of " + count +
+           " clusters is kept.";
 }
 
 }  // namespace
@@ -59,7 +59,7 @@ std::string FatTypeReason() {
                                Grouped(dataClusters) + " clusters) other systems read it as " +
                                TypeText(usual);
     if (usual == FatType) return reason + others + ", too.";
-    return reason + others + (FatType == 32 ? "." : ": files may come out wrong.");
+    return reason + others + (FatType == 32 ? "." : ": files may be read incorrectly.");
 }
 
 }  // namespace tessel

@@ -4,9 +4,9 @@
 
 namespace tessel {
 
-/// How the type of the volume was decided, from FatType, BootSector and Drives[1]: the clusters
-/// that were counted and the bounds; and, where the boot sector's text or the clusters of the data
-/// area stand for another type, that they do.
+/// Explains how the type of the volume was decided, from FatType, BootSector and Drives[1]: the
+/// cluster count and the bounds. Adds a warning if the boot sector's text or the clusters of the
+/// data area indicate another type.
 std::string FatTypeReason();
 
 }  // namespace tessel

@@ -10,9 +10,9 @@
 namespace tessel {
 namespace {
 
-/// The largest numbers that can be typed into the offset line.
-constexpr std::int64_t kMostDecimal = 536870919;
-constexpr std::int64_t kMostHexadecimal = 0x3333333F;
+/// The largest numbers that the offset box accepts.
+constexpr std::int64_t kMaxDecimal = 536870919;
+constexpr std::int64_t kMaxHexadecimal = 0x3333333F;
 
 constexpr const char* kBetweenParts = "   ";
 
@@ -21,7 +21,7 @@ struct TypeName {
     const char* Name;
 };
 
-/// What the types in a master boot record mean. The hidden ones are 10h above the others.
+/// The types in a master boot record. A hidden one is 10h above the visible one.
 constexpr auto kTypeNames = std::to_array<TypeName>({
     {0x01, "FAT12"},      {0x04, "FAT16"},      {0x05, "extended"}, {0x06, "FAT16"},
     {0x07, "NTFS"},       {0x0B, "FAT32"},      {0x0C, "FAT32"},    {0x0E, "FAT16"},
@@ -43,7 +43,7 @@ bool IsFat(const TableVolume& volume) {
     return volume.Kind == VolumeKind::kFat12 || volume.Kind == VolumeKind::kFat16;
 }
 
-/// Whether its table says that it is, or at least may be, a FAT volume.
+/// Whether its type allows a FAT volume.
 bool MayBeFat(const TableVolume& volume) {
     const std::string type = TypeText(volume.Type);
     return type.empty() || type.starts_with("FAT") || type.starts_with("EFI");
@@ -93,22 +93,22 @@ std::string ShellWord(const std::string& name) {
     return word + "'";
 }
 
-std::string CutOut(const TableVolume& volume, const std::string& imageTitle) {
+std::string CutCommand(const TableVolume& volume, const std::string& imageTitle) {
     return "dd if=" + ShellWord(imageTitle) +
            " of=part.img bs=512 skip=" + std::to_string(volume.Offset / kSectorBytes) +
            " count=" + std::to_string(volume.Size / kSectorBytes);
 }
 
-/// What keeps a volume from being opened, or being read to its end; "" for nothing.
+/// Why the offset of a volume cannot be entered as it is, and what to do; "" if it can.
 std::string Remark(const TableVolume& volume, const std::string& imageTitle) {
     if (volume.Kind == VolumeKind::kBeyondRead) {
-        return MayBeFat(volume) ? CutOut(volume, imageTitle) : "";
+        return MayBeFat(volume) ? CutCommand(volume, imageTitle) : "";
     }
     if (!IsFat(volume)) return "";
-    const std::string past = "past " + std::to_string(kMostDecimal);
-    if (volume.Offset > kMostHexadecimal) return past + ": " + CutOut(volume, imageTitle);
-    if (volume.Offset > kMostDecimal) {
-        return past + ", taken in hexadecimal; or " + CutOut(volume, imageTitle);
+    const std::string past = "past " + std::to_string(kMaxDecimal);
+    if (volume.Offset > kMaxHexadecimal) return past + ": " + CutCommand(volume, imageTitle);
+    if (volume.Offset > kMaxDecimal) {
+        return past + ": enter it in hexadecimal, or " + CutCommand(volume, imageTitle);
     }
     return "";
 }
@@ -123,10 +123,10 @@ std::string ReachText(const TableVolume& volume, std::int64_t fileBytes) {
 /// The line for one volume.
 InputChoice VolumeLine(const TableVolume& volume, std::int64_t fileBytes,
                        const std::string& imageTitle) {
-    InputChoice line{.Enabled = IsFat(volume) && volume.Offset <= kMostHexadecimal};
+    InputChoice line{.Enabled = IsFat(volume) && volume.Offset <= kMaxHexadecimal};
     if (line.Enabled) {
-        line.Value = volume.Offset <= kMostDecimal ? std::to_string(volume.Offset)
-                                                   : "&H" + Hex8(static_cast<Long>(volume.Offset));
+        line.Value = volume.Offset <= kMaxDecimal ? std::to_string(volume.Offset)
+                                                  : "&H" + Hex8(static_cast<Long>(volume.Offset));
     }
     line.Text = std::to_string(volume.Offset);
     const std::string name = volume.Name.empty() ? "" : '"' + volume.Name + '"';

@@ -21,10 +21,10 @@ namespace {
 
 constexpr int kCaptionPixels = 11;
 constexpr int kMinCaptionPixels = 8;
-/// Above the first control inside a frame.
+/// The height above the first control inside a frame.
 constexpr int kFrameCaptionTwips = 240;
 
-/// One line of plain text: a name from an image is never taken for markup or a mnemonic.
+/// One line of plain text: a name from an image is never interpreted as markup or as a mnemonic.
 class LabelView : public QLabel {
   public:
     LabelView(Label& label, const QString& meaning, QWidget* parent)
@@ -133,7 +133,7 @@ QRect ToPixels(const ControlBounds& bounds) {
             PixelsOf(bounds.Height)};
 }
 
-QFont CaptionFont(QSize room, const QString& caption) {
+QFont CaptionFont(QSize available, const QString& caption) {
     QFont font;
     font.setFamilies({"Arial", "Liberation Sans", "Helvetica", font.family()});
     font.setStyleHint(QFont::SansSerif);
@@ -142,8 +142,8 @@ QFont CaptionFont(QSize room, const QString& caption) {
     const auto fits = [&] {
         font.setPixelSize(pixels);
         const QFontMetrics metrics(font);
-        const bool highEnough = pixels <= designed || metrics.height() <= room.height();
-        return highEnough && metrics.horizontalAdvance(caption) <= room.width();
+        const bool highEnough = pixels <= designed || metrics.height() <= available.height();
+        return highEnough && metrics.horizontalAdvance(caption) <= available.width();
     };
     while (!fits() && pixels > kMinCaptionPixels) --pixels;
     return font;

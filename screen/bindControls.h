@@ -21,16 +21,16 @@ namespace tessel {
 QString ToQt(const std::string& text);
 /// The text, which may come from an image, as one line: control characters become blanks.
 QString SingleLine(const std::string& text);
-/// Plain text as a part of a tool tip: a short text on one line, a long one broken at its blanks.
+/// Plain text as a part of a tool tip: a short text on one line, a long one wrapped.
 QString TipText(const QString& line);
 
 /// Twips as logical pixels, at the scale of DesktopScale().
 QRect ToPixels(const ControlBounds& bounds);
 
-/// The font of captions, in the size of the desktop's font where `room` (logical pixels) is high
-/// and wide enough, otherwise in the size that the bounds are designed for, 8.25 points, or as much
-/// smaller as `caption` needs.
-QFont CaptionFont(QSize room, const QString& caption = {});
+/// The font of captions, in the size of the desktop's font where `available` (logical pixels) is
+/// high and wide enough, otherwise in the size that the bounds are designed for, 8.25 points, or as
+/// much smaller as `caption` needs.
+QFont CaptionFont(QSize available, const QString& caption = {});
 
 /// Returns the focus to a control that lost it by being disabled, once it is enabled again: the
 /// focus stays in the list while the user holds an arrow key and each view disables the list.
@@ -55,7 +55,7 @@ class EnterButton : public QPushButton {
 };
 
 QWidget* BindFrame(const Frame& frame, QWidget* parent);
-/// `meaning` says what the text is; it is part of the accessible description.
+/// `meaning` describes the text; it is part of the accessible description.
 QWidget* BindLabel(Label& label, const QString& meaning, QWidget* parent);
 EnterButton* BindButton(Button& button, QWidget* parent);
 OptionView* BindOptionButton(OptionButton& option, QWidget* parent);

@@ -24,7 +24,7 @@ bool IsEnter(const QKeyEvent* event) {
 }
 
 /// `path` and the folders above it, the topmost first.
-QStringList StepsTo(const QString& path) {
+QStringList FoldersTo(const QString& path) {
     QStringList steps;
     for (QString step = QDir::cleanPath(path);; step = QFileInfo(step).path()) {
         steps.prepend(step);
@@ -60,7 +60,7 @@ void ListLines::Refresh() {
 int ListLines::rowCount(const QModelIndex& parent) const { return parent.isValid() ? 0 : Rows; }
 
 QVariant ListLines::data(const QModelIndex& index, int role) const {
-    // The record may have fewer lines since the last Refresh.
+    // The record may have lost lines since the last Refresh.
     if (role != Qt::DisplayRole || !index.isValid() || index.row() >= List.Count()) return {};
     return ToQt(List.Text(index.row()));
 }
@@ -213,7 +213,7 @@ void FolderView::Follow() {
     const QIcon closed = style()->standardIcon(QStyle::SP_DirClosedIcon);
     const QString path = ToQt(Folders.Path());
     QTreeWidgetItem* here = invisibleRootItem();
-    for (const QString& step : StepsTo(path)) {
+    for (const QString& step : FoldersTo(path)) {
         auto* item = new QTreeWidgetItem(here);
         AddFolder(*item, step, open);
         item->setExpanded(true);
@@ -255,18 +255,18 @@ void FolderView::AskNewFolder() {
                               QLineEdit::Normal, QString(), &accepted)
             .trimmed();
     if (!accepted || name.isEmpty()) return;
-    QString wrong;
+    QString refusal;
     if (QFileInfo(name).fileName() != name || name == QLatin1String("..")) {
-        wrong = QStringLiteral("A name has no folder in it");
+        refusal = QStringLiteral("A folder name cannot contain a path");
     } else if (QFileInfo(open, name).exists()) {
-        wrong = QStringLiteral("A file or folder of this name exists already");
+        refusal = QStringLiteral("A file or folder with this name already exists");
     } else if (!open.mkdir(name)) {
-        wrong = QStringLiteral("The folder cannot be created here");
+        refusal = QStringLiteral("The folder cannot be created here");
     }
-    if (wrong.isEmpty()) {
+    if (refusal.isEmpty()) {
         Folders.SetPath(QDir::toNativeSeparators(open.filePath(name)).toStdString());
     } else {
-        QMessageBox::warning(this, title, wrong + ":\n" + name);
+        QMessageBox::warning(this, title, refusal + ":\n" + name);
     }
 }
 

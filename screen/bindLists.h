@@ -60,8 +60,8 @@ class FolderView : public QTreeWidget {
     FolderView(FolderList& folders, QWidget* parent);
     /// Reads the sub-folders from the host again.
     void Follow();
-    /// Asks for a name, creates a folder of that name in the open one, and opens it. A message says
-    /// why that was not possible.
+    /// Asks for a name, creates a folder of that name in the open one, and opens it. Shows a
+    /// message if that fails.
     void AskNewFolder();
 
   protected:

@@ -21,20 +21,20 @@
 namespace tessel {
 namespace {
 
-/// A stored position in logical pixels, from 0 for what is not a number to a limit for any other.
+/// A stored position in logical pixels, 0 if it is not a number; clamped to a limit.
 int ToPixel(float twips) {
-    constexpr float kFarthest = 100000;
+    constexpr float kMaxPixel = 100000;
     if (!std::isfinite(twips)) return 0;
-    return static_cast<int>(std::clamp(twips / kTwipsPerPixel, -kFarthest, kFarthest));
+    return static_cast<int>(std::clamp(twips / kTwipsPerPixel, -kMaxPixel, kMaxPixel));
 }
 
 /// The position nearest to `wanted` at which a window of this size is within a screen.
 QPoint OnScreen(QPoint wanted, QSize size) {
     const QScreen* screen = QGuiApplication::screenAt(wanted);
     if (screen == nullptr) screen = QGuiApplication::primaryScreen();
-    const QRect room = screen->availableGeometry();
-    return {std::max(room.left(), std::min(wanted.x(), room.right() + 1 - size.width())),
-            std::max(room.top(), std::min(wanted.y(), room.bottom() + 1 - size.height()))};
+    const QRect area = screen->availableGeometry();
+    return {std::max(area.left(), std::min(wanted.x(), area.right() + 1 - size.width())),
+            std::max(area.top(), std::min(wanted.y(), area.bottom() + 1 - size.height()))};
 }
 
 }  // namespace
@@ -85,8 +85,8 @@ void ChooserScreen::FollowLine() {
     const bool differs = Line->text() != folder;
     const QString words = QStringLiteral("OK takes %1, the one opened above");
     const QFontMetrics metrics = Bubble->fontMetrics();
-    const int room = Line->width() - metrics.horizontalAdvance(words) - 2 * Bubble->margin();
-    Bubble->setText(words.arg(metrics.elidedText(folder, Qt::ElideMiddle, room)));
+    const int available = Line->width() - metrics.horizontalAdvance(words) - 2 * Bubble->margin();
+    Bubble->setText(words.arg(metrics.elidedText(folder, Qt::ElideMiddle, available)));
     Bubble->adjustSize();
     Bubble->move(Line->x(), Line->y() - Bubble->height() - 2);
     Bubble->setVisible(differs);

@@ -34,7 +34,7 @@ class ChooserScreen : public QDialog {
     QComboBox* Drives;
     FolderView* Folders;
     QLineEdit* Line;
-    QLabel* Bubble;  // says what OK takes while the line reads differently
+    QLabel* Bubble;  // shows which folder OK takes while the text box differs
 };
 
 }  // namespace tessel

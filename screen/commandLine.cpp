@@ -27,19 +27,19 @@ std::optional<QString> ImageFromCommandLine() {
     parser.addOptions({help, version});
     parser.addPositionalArgument("file", "The disk image to open.", "[file]");
 
-    QString wrong;
+    QString error;
     if (!parser.parse(QCoreApplication::arguments())) {
-        wrong = parser.errorText();
+        error = parser.errorText();
     } else if (parser.isSet(help)) {
         parser.showHelp();
     } else if (parser.isSet(version)) {
         parser.showVersion();
     } else if (parser.positionalArguments().size() > 1) {
-        wrong = QStringLiteral("Only one disk image can be opened.");
+        error = QStringLiteral("Only one disk image can be opened.");
     }
-    if (!wrong.isEmpty()) {
+    if (!error.isEmpty()) {
         std::fprintf(stderr, "tessel: %s\nUsage: tessel [--help | --version | file]\n",
-                     qPrintable(wrong));
+                     qPrintable(error));
         return std::nullopt;
     }
     const QString file = parser.positionalArguments().value(0);

@@ -18,7 +18,7 @@ namespace {
 /// The pattern; on hosts with case-sensitive names also one that ignores case, such as
 /// "*.[iI][mM][gG]" for "*.img".
 QString AnyCase(const QString& pattern) {
-    if (pattern == "*.*") return "*";  // also names without a point
+    if (pattern == "*.*") return "*";  // also names without a dot
 #if defined(Q_OS_WIN) || defined(Q_OS_MACOS)
     return pattern;
 #else
@@ -51,8 +51,9 @@ QStringList NameFilters(const std::string& filter) {
 /// The chosen path with the default extension where the dialog's rules add it.
 QString WithExtension(const QString& path, const CommonDialog& dialog, bool saving) {
     const QFileInfo file(path);
-    const bool whole = dialog.DefaultExt.empty() || file.fileName().contains('.') || file.isDir();
-    if (whole || (!saving && file.exists())) return path;
+    const bool complete =
+        dialog.DefaultExt.empty() || file.fileName().contains('.') || file.isDir();
+    if (complete || (!saving && file.exists())) return path;
     return path + '.' + ToQt(dialog.DefaultExt);
 }
 
@@ -95,8 +96,9 @@ bool Accepts(const QString& path, const CommonDialog& dialog, bool saving) {
     return false;
 }
 
-/// Makes the typed name count. While the user types, the toolkit's dialog selects matching files in
-/// its list (for a path also the folders on the way) and would return those instead.
+/// Makes the dialog return the typed name. While the user types, the toolkit's dialog selects
+/// matching files in its list (for a path also the folders on the way) and would return those
+/// instead.
 void TrustTypedPaths(QFileDialog& view) {
     auto* const name = view.findChild<QLineEdit*>("fileNameEdit");
     auto* const list = view.findChild<QListView*>("listView");

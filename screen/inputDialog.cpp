@@ -16,8 +16,7 @@
 namespace tessel {
 namespace {
 
-/// The choices as a drop-down takes them: it lists one text of a line, and puts another into its
-/// text line.
+/// The choices as a model of a drop-down, which lists one text of each and enters another.
 class ChoiceModel : public QAbstractListModel {
   public:
     ChoiceModel(const std::vector<InputChoice>& choices, QObject* parent)
@@ -28,11 +27,11 @@ class ChoiceModel : public QAbstractListModel {
     }
 
     QVariant data(const QModelIndex& index, int role) const override {
-        if (!index.isValid()) return {};  // asked for when no line is chosen
+        if (!index.isValid()) return {};  // requested when no line is chosen
         const InputChoice& choice = At(index);
         if (role == Qt::EditRole) return ToQt(choice.Value);
         if (role == Qt::DisplayRole) return SingleLine(choice.Text);
-        // For a line that the screen is too narrow for.
+        // For a line that is wider than the screen.
         if (role == Qt::ToolTipRole) return TipText(SingleLine(choice.Text));
         return {};
     }
@@ -50,8 +49,8 @@ class ChoiceModel : public QAbstractListModel {
     const std::vector<InputChoice>& Choices;
 };
 
-/// Keeps clicks on lines that cannot be chosen from the list, which would take them for clicks on
-/// the line that is marked.
+/// Filters clicks on lines that cannot be chosen; the list would choose the highlighted line for
+/// them.
 class DisabledLineFilter : public QObject {
   public:
     explicit DisabledLineFilter(QAbstractItemView& list) : QObject(&list), List(list) {
@@ -76,18 +75,18 @@ void OfferChoices(QInputDialog& dialog, const QString& text,
                   const std::vector<InputChoice>& choices) {
     constexpr int kLinesAtOnce = 16;
     dialog.setComboBoxEditable(true);
-    dialog.setComboBoxItems({text});  // which makes the drop-down
+    dialog.setComboBoxItems({text});  // creates the drop-down
     auto& box = *dialog.findChild<QComboBox*>();
     box.setModel(new ChoiceModel(choices, &box));
     box.setInsertPolicy(QComboBox::NoInsert);
-    box.setCompleter(nullptr);  // what is typed stays as it is typed
+    box.setCompleter(nullptr);  // typed text is not completed
     box.setMaxVisibleItems(kLinesAtOnce);
-    // The number alone says little to a user who steps through the choices without seeing the list.
+    // Describes the number to a user who steps through the choices without seeing the list.
     QObject::connect(&box, &QComboBox::currentIndexChanged, &box, [&box](int line) {
         box.lineEdit()->setAccessibleDescription(box.itemData(line, Qt::DisplayRole).toString());
     });
     box.setCurrentIndex(box.findData(text, Qt::EditRole, Qt::MatchExactly));
-    // The line is as wide as a number, the list as its lines.
+    // The text line is as wide as a number, the list as wide as its lines.
     QAbstractItemView& list = *box.view();
     new DisabledLineFilter(list);
     const int wanted = list.sizeHintForColumn(0) + list.verticalScrollBar()->sizeHint().width();

@@ -59,8 +59,8 @@ int main(int argc, char* argv[]) {
     tessel::formTessel form;
     tessel::MainScreen screen(form);
     tessel::TheHost.ShowModal = [&screen](tessel::Window&) { screen.ShowChooser(); };
-    tessel::TheHost.ShowProgress = [&screen](std::optional<double> share) {
-        screen.ShowProgress(share);
+    tessel::TheHost.ShowProgress = [&screen](std::optional<double> fraction) {
+        screen.ShowProgress(fraction);
     };
     application.OpenFile = [&screen](const QString& path) { screen.OpenDropped(path); };
     form.Form_Load();

@@ -28,7 +28,7 @@ namespace {
 constexpr int kFrameWidth = 8;
 constexpr int kFrameHeight = 32;
 
-/// The dragged file; nothing for a folder, several files, or a file of another host.
+/// The dragged file; nullopt for a folder, several files, or a file of another host.
 std::optional<QString> DroppedFile(const QDropEvent& event) {
     const QList<QUrl> urls = event.mimeData()->urls();
     if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
@@ -136,7 +136,7 @@ void MainScreen::ShowChooser() {
     Chooser->ShowModal();
 }
 
-void MainScreen::ShowProgress(std::optional<double> share) { Line->Follow(share); }
+void MainScreen::ShowProgress(std::optional<double> fraction) { Line->Follow(fraction); }
 
 void MainScreen::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
@@ -145,8 +145,8 @@ void MainScreen::showEvent(QShowEvent* event) {
     // The menu bar's height is known only now; some desktops show it outside the window.
     layout()->activate();
     const QSize wanted(PixelsOf(Form.Form.ScaleWidth), PixelsOf(Form.Form.ScaleHeight));
-    const QSize room = screen()->availableSize() - QSize(kFrameWidth, kFrameHeight);
-    resize((size() + wanted - Inside->size()).boundedTo(room));
+    const QSize available = screen()->availableSize() - QSize(kFrameWidth, kFrameHeight);
+    resize((size() + wanted - Inside->size()).boundedTo(available));
     FollowSize();
 }
 
@@ -164,7 +164,7 @@ bool MainScreen::eventFilter(QObject* watched, QEvent* event) {
 void MainScreen::closeEvent(QCloseEvent* event) {
     RaiseEvent(Form.Form.CloseBox);
     // The record ends the program itself. A close that has to wait for a long operation is ignored;
-    // ignoring any other would refuse the end of the user's session.
+    // ignoring any other would block the end of the user's session.
     event->setAccepted(!Form.ExitIsPending());
 }
 
@@ -188,8 +188,8 @@ void MainScreen::dropEvent(QDropEvent* event) {
 }
 
 void MainScreen::OpenDropped(const QString& path) {
-    // Queued, so that the program that a file is dragged from is free again: opening may show a
-    // message that waits for the user.
+    // Queued, so that the drag ends for its source first: opening may show a message that waits for
+    // the user.
     QMetaObject::invokeMethod(
         this,
         [this, path] {

@@ -21,12 +21,13 @@ class MainScreen : public QMainWindow {
     ~MainScreen() override;
     /// Shows the form's folder chooser and returns when the user has closed it.
     void ShowChooser();
-    /// Opens an image that another program passed, or that was dropped, once pending events are
-    /// done; `path` has the host's separators. Does nothing while an image may not be opened.
+    /// Opens an image that another program passed, or that was dropped, once pending events have
+    /// been processed; `path` has the host's separators. Does nothing while an image may not be
+    /// opened.
     void OpenDropped(const QString& path);
-    /// Shows how much of a long operation is done (0 to 1), at the display's top edge; hides that
-    /// when there is none.
-    void ShowProgress(std::optional<double> share);
+    /// Shows how much of a long operation is done (0 to 1), at the display's top edge; hides it for
+    /// nullopt.
+    void ShowProgress(std::optional<double> fraction);
 
   protected:
     void showEvent(QShowEvent* event) override;

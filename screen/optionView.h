@@ -5,7 +5,7 @@
 namespace tessel {
 
 /// One of a frame's option buttons. The record ensures that at most one is chosen, so the Tab key
-/// visits each button. Enter chooses the button, the arrow keys choose the one above or below.
+/// reaches each button. Enter chooses the button, the arrow keys choose the one above or below.
 class OptionView : public QRadioButton {
     Q_OBJECT
 

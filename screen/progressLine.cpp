@@ -19,14 +19,14 @@ ProgressLine::ProgressLine(QWidget* parent) : QProgressBar(parent) {
     hide();
 }
 
-void ProgressLine::Follow(std::optional<double> share) {
-    if (!share) {
+void ProgressLine::Follow(std::optional<double> fraction) {
+    if (!fraction) {
         SinceBegin.invalidate();
         hide();
         return;
     }
     if (!SinceBegin.isValid()) SinceBegin.start();
-    setValue(static_cast<int>(*share * kSteps));
+    setValue(static_cast<int>(*fraction * kSteps));
     if (isHidden() && SinceBegin.elapsed() >= kDelay) {
         raise();
         show();

@@ -11,8 +11,8 @@ namespace tessel {
 class ProgressLine : public QProgressBar {
   public:
     explicit ProgressLine(QWidget* parent);
-    /// Shows the share that is done, 0 to 1; hides the line when `share` is empty.
-    void Follow(std::optional<double> share);
+    /// Shows which fraction is done, 0 to 1; hides the line for nullopt.
+    void Follow(std::optional<double> fraction);
 
     static constexpr int kHeight = 3;  // logical pixels
 

@@ -8,7 +8,7 @@ class QWidget;
 namespace tessel {
 
 /// Fills TheHost from the toolkit, except ShowModal and ShowProgress, which the owner of the
-/// windows fills. Call it once there is an application object.
+/// windows fills. Requires an application object.
 void FillHost();
 
 /// Use the toolkit's file dialogs even where the desktop has its own, so that tests can drive them.
@@ -23,7 +23,8 @@ int TitleWidth(const QWidget& dialog);
 /// The window that a new dialog belongs to, or null.
 QWidget* DialogOwner();
 
-/// Scope guard that shows the normal pointer instead of the hourglass: a dialog waits for the user.
+/// Scope guard that shows the normal pointer instead of the hourglass: for a dialog that waits for
+/// the user.
 class NormalPointerScope {
   public:
     NormalPointerScope();

@@ -24,7 +24,7 @@ class FullDisk {
 };
 
 /// While it exists, all files share extents, as on a file system that can. False where the program
-/// never asks its host to.
+/// does not share extents.
 class SharedExtents {
   public:
     SharedExtents();

@@ -12,7 +12,7 @@ struct Field {
     int Width;
 };
 
-/// Writes little-endian fields; drops what lies past the end of the bytes.
+/// Writes little-endian fields; drops bytes past the end.
 void Put(Bytes& bytes, const std::vector<Field>& fields) {
     for (const Field& field : fields) {
         for (int i = 0; i < field.Width; ++i) {
@@ -24,11 +24,11 @@ void Put(Bytes& bytes, const std::vector<Field>& fields) {
 
 /// The 11 characters on the disk.
 std::string DiskName(const std::string& name) {
-    const std::size_t point = name[0] == '.' ? name.npos : name.find('.');
-    if (name.size() == 11 && point == name.npos) return name;
-    std::string padded = name.substr(0, point);
+    const std::size_t dot = name[0] == '.' ? name.npos : name.find('.');
+    if (name.size() == 11 && dot == name.npos) return name;
+    std::string padded = name.substr(0, dot);
     padded.resize(8, ' ');
-    if (point != name.npos) padded += name.substr(point + 1);
+    if (dot != name.npos) padded += name.substr(dot + 1);
     padded.resize(11, ' ');
     return padded;
 }

@@ -5,7 +5,7 @@
 #include "volume/modDisks.h"
 #include "volume/partitionTable.h"
 
-/// Partition tables: those of public tools, and broken ones; and what is said of a volume's type.
+/// Partition tables, valid and damaged; and the explanation of a volume's type.
 namespace tessel {
 namespace {
 
@@ -72,7 +72,8 @@ TEST_F(PartitionTest, MasterBootRecordsAreListedAsFarAsTheyCanBeTrusted) {
         EXPECT_EQ(Lines(disk), kWhole + row.Lines) << row.Name;
     }
 
-    // With a boot sector in the same place, or without its mark, a table offers what is proven.
+    // With a boot sector in the same sector, or without a signature, a table offers only volumes
+    // that are recognised.
     Bytes disk = Disk();
     PutVolume(disk, 0, "FLOPPY     ");
     PutMbr(disk, 0, {one, {0, 6, 100, 5}});
@@ -82,7 +83,7 @@ TEST_F(PartitionTest, MasterBootRecordsAreListedAsFarAsTheyCanBeTrusted) {
     PutNumber(disk, 510, 0, 2);
     EXPECT_EQ(Lines(disk), kWhole + kOne);
 
-    // A chain that has no end within reason.
+    // A chain longer than the limit.
     disk = Disk(1000);
     PutMbr(disk, 0, {{0, 5, 100, 900}});
     for (std::size_t i = 0; i < 200; ++i) {
@@ -90,10 +91,10 @@ TEST_F(PartitionTest, MasterBootRecordsAreListedAsFarAsTheyCanBeTrusted) {
     }
     const std::string lines = Lines(disk);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 129);
-    EXPECT_EQ(Lines({}), kWhole) << "nothing stays of the image before";
+    EXPECT_EQ(Lines({}), kWhole) << "no volume of the previous image";
 }
 
-TEST_F(PartitionTest, AFailingMediumOffersWhatItGives) {
+TEST_F(PartitionTest, AFailingMediumOffersTheReadableVolumes) {
     Bytes disk = Disk();
     PutMbr(disk, 0, {{0, 1, 10, 20}, {0, 5, 25, 100}, {0, 6, 80, 1}});
     PutMbr(disk, 25, {{0, 1, 5, 20}});
@@ -123,7 +124,7 @@ TEST_F(PartitionTest, GuidTablesAreListedAsFarAsTheyCanBeTrusted) {
         std::string Lines;
     };
     const Row rows[] = {
-        {"sound", [](Bytes&) {}, one + two + none},
+        {"valid", [](Bytes&) {}, one + two + none},
         {"wrong header checksum", [](Bytes& d) { PutNumber(d, 530, 1, 1); }, one + two},
         {"changed entries", [](Bytes& d) { PutNumber(d, 1024 + 500, 1, 1); }, one + two},
         {"header of 0 bytes", [](Bytes& d) { PutNumber(d, 524, 0, 4); }, one + two},
@@ -131,15 +132,16 @@ TEST_F(PartitionTest, GuidTablesAreListedAsFarAsTheyCanBeTrusted) {
         {"entries of 4 GB each", [](Bytes& d) { PutNumber(d, 596, ~0U, 4); }, one + two},
         {"no entries", [](Bytes& d) { PutNumber(d, 592, 0, 4); }, one + two},
         {"4 billion entries", [](Bytes& d) { PutNumber(d, 592, ~0U, 4); }, one + two},
-        {"entries nowhere", [](Bytes& d) { PutNumber(d, 584, 0, 8); }, one + two},
+        {"entries at sector 0", [](Bytes& d) { PutNumber(d, 584, 0, 8); }, one + two},
         {"entries outside", [](Bytes& d) { PutNumber(d, 584, 1ULL << 31, 8); }, one + two},
-        {"entries beyond all", [](Bytes& d) { PutNumber(d, 584, ~0ULL, 8); }, one + two},
+        {"entries after any file", [](Bytes& d) { PutNumber(d, 584, ~0ULL, 8); }, one + two},
         {"no protective record", [&](Bytes& d) { zero(d, 0); }, one + two + none},
-        {"header lost, copy sound",
+        {"header missing, copy valid",
          [&](Bytes& d) { PutGptHeader(d, 199 * 512, {.Count = 4}), zero(d, 512); },
          one + two + none},
-        {"both lost", [&](Bytes& d) { zero(d, 512); }, "512   GPT, not supported   99.5 KB\toff\n"},
-        {"partitions that end before they begin, begin at 0, or lie beyond all",
+        {"both missing", [&](Bytes& d) { zero(d, 512); },
+         "512   GPT, not supported   99.5 KB\toff\n"},
+        {"partitions that end before they begin, begin at 0, or are after any file",
          [](Bytes& d) {
              PutGptEntry(d, 1024, 29, 10);
              PutGptEntry(d, 1152, 0, 10);
@@ -168,7 +170,7 @@ TEST_F(PartitionTest, GuidTablesAreListedAsFarAsTheyCanBeTrusted) {
     }
 }
 
-TEST_F(PartitionTest, TheTypeSaysHowItWasDecided) {
+TEST_F(PartitionTest, TheDecisionOnTheTypeIsExplained) {
     const auto hint = [this] { return Window->Form.lblSystemID.Hint.Get(); };
     Layout refused = Layout::Fat16(65520);
     const std::pair<Layout, std::string> rows[] = {
@@ -181,8 +183,8 @@ TEST_F(PartitionTest, TheTypeSaysHowItWasDecided) {
           .SectorsPerFat = 12},
          "Read as FAT16: 4,096 clusters counted over all sectors. The boot sector says FAT12, and "
          "by "
-         "its data area (4,081 clusters) other systems read it as FAT12: files may come out "
-         "wrong."},
+         "its data area (4,081 clusters) other systems read it as FAT12: files may be "
+         "read incorrectly."},
         {{.SystemId = "        "},
          "Read as FAT12: 2,880 clusters counted over all sectors. The boot sector names no type, "
          "and "
@@ -194,15 +196,14 @@ TEST_F(PartitionTest, TheTypeSaysHowItWasDecided) {
         {{.SmallSectors = 4084},
          "Read as FAT16: 4,084 clusters counted over all sectors. The boot sector says FAT12, and "
          "by "
-         "its data area (4,051 clusters) other systems read it as FAT12: files may come out "
-         "wrong."},
+         "its data area (4,051 clusters) other systems read it as FAT12: files may be "
+         "read incorrectly."},
         {refused,
          "Read as FAT32: 65,520 clusters counted over all sectors. The boot sector says FAT16, and "
          "by its data area (64,975 clusters) other systems read it as FAT16."},
         {{.SectorsPerCluster = 0},
-         "Read as FAT32: by its boot sector a cluster has no sectors, so the count before this "
-         "one, "
-         "65,520 clusters, stays. The boot sector says FAT12."}};
+         "Read as FAT32: the boot sector gives no sectors per cluster, so the previous count of "
+         "65,520 clusters is kept. The boot sector says FAT12."}};
     for (const auto& [layout, text] : rows) {
         Open(Image(layout));
         EXPECT_EQ(hint(), text);

@@ -47,7 +47,7 @@ TEST_F(WindowTest, ADirectoryIsSavedIntoMirroredFolders) {
 
 TEST_F(WindowTest, StopEndsSaveDirectory) {
     struct Row {
-        int Turn;  // events are processed before each row, and after the first cluster of BIG.BIN
+        int StopAt;  // events are processed before each row, and after the first cluster of BIG.BIN
         std::string Shown;
         std::uintmax_t Big;
     };
@@ -60,7 +60,7 @@ TEST_F(WindowTest, StopEndsSaveDirectory) {
         fs::current_path(Folder);  // some hosts do not delete a current folder
         fs::remove_all(At("out"));
         fs::create_directory(At("out"));
-        EXPECT_EQ(Run("stop-at " + std::to_string(row.Turn) +
+        EXPECT_EQ(Run("stop-at " + std::to_string(row.StopAt) +
                       "\nfolder @/out\nmenu Save Directory\nshow display"),
                   row.Shown);
         EXPECT_EQ(Read("out/disk/BIG.BIN").size(), row.Big);
@@ -97,16 +97,16 @@ TEST_F(WindowTest, FailuresInSaveDirectoryAreCounted) {
     EXPECT_EQ(Tree("outside"), "");
     fs::remove(At("out/disk"));
     // The chosen folder is removed between two files; then the folder of the image.
-    const auto removeAtTurnSix = [this](const char* name) {
-        Window->Desktop.OnEvents = [this, name, turns = 0]() mutable {
-            if (++turns == 6) fs::remove_all(At(name));
+    const auto removeWhileSaving = [this](const char* name) {
+        Window->Desktop.OnEvents = [this, name, calls = 0]() mutable {
+            if (++calls == 6) fs::remove_all(At(name));
         };
     };
-    removeAtTurnSix("outside");
+    removeWhileSaving("outside");
     EXPECT_EQ(run("link"),
               ErrorBox(76, "|Error entering Folder @/link|The folder no longer exists."));
     EXPECT_EQ(Show("display"), "Saved - @/link/disk/Read me first.txt\r\n" + Shown("", 2, 1, 0));
-    removeAtTurnSix("out/disk");
+    removeWhileSaving("out/disk");
     EXPECT_EQ(run("out"), "");
     EXPECT_EQ(Show("display"), Shown("out/disk/README+ out/disk/BIG.BIN+", 2, 2, 0));
     EXPECT_EQ(Tree("out"), "disk/\ndisk/BIG.BIN\n") << "the folder was created again";

@@ -2,7 +2,7 @@
 
 #include "tests/imageBuilder.h"
 
-/// Partition tables, sound ones and broken ones, built in memory without the program's code.
+/// Partition tables, valid or damaged, built in memory without the program's code.
 namespace tessel::images {
 
 /// Puts a little-endian number into `width` bytes; 0 beyond 8 of them.
@@ -24,7 +24,7 @@ struct GptHeader {
     std::uint64_t EntriesSector = 2, Count = 128, EntryBytes = 128;
 };
 
-/// Puts a GPT header with the checksums of what the disk holds now.
+/// Puts a GPT header with the checksums of the disk's current content.
 void PutGptHeader(Bytes& disk, std::size_t at, const GptHeader& header = {},
                   std::size_t bytesPerSector = 512);
 void PutGptEntry(Bytes& disk, std::size_t at, std::uint64_t firstSector, std::uint64_t lastSector,

@@ -106,16 +106,16 @@ TEST_F(ToolsTest, PartitionTablesMadeByOtherToolsOfferTheirVolumes) {
     put("LATE       ", 600 * 2048);
     put("LATER      ", 900 * 2048);
     std::filesystem::rename(At("disk.img"), At("a b.img"));
-    EXPECT_EQ(
-        Run("file @/a b.img\nmenu Open\nmenu Close\nshow offsets"),
-        "0   whole file\n1048576   FAT12   2.0 MB   EFI   \"EFI system\"\n"
-        "629145600   FAT12   2.0 MB   LATE   \"late\"   past 536870919, taken in hexadecimal; "
-        "or dd if='a b.img' of=part.img bs=512 skip=1228800 count=4096\n"
-        "536870912   no FAT boot sector   2.0 MB   \"K\u00F6ln\"\toff\n"
-        "943718400   FAT12   2.0 MB   LATER   \"later\"   past 536870919: "
-        "dd if='a b.img' of=part.img bs=512 skip=1843200 count=4096\toff\n"
-        "3145728000   past the first 2 GB   2.0 MB   \"last\"   "
-        "dd if='a b.img' of=part.img bs=512 skip=6144000 count=4096\toff\n");
+    EXPECT_EQ(Run("file @/a b.img\nmenu Open\nmenu Close\nshow offsets"),
+              "0   whole file\n1048576   FAT12   2.0 MB   EFI   \"EFI system\"\n"
+              "629145600   FAT12   2.0 MB   LATE   \"late\"   past 536870919: enter it in "
+              "hexadecimal, or "
+              "dd if='a b.img' of=part.img bs=512 skip=1228800 count=4096\n"
+              "536870912   no FAT boot sector   2.0 MB   \"K\u00F6ln\"\toff\n"
+              "943718400   FAT12   2.0 MB   LATER   \"later\"   past 536870919: "
+              "dd if='a b.img' of=part.img bs=512 skip=1843200 count=4096\toff\n"
+              "3145728000   past the first 2 GB   2.0 MB   \"last\"   "
+              "dd if='a b.img' of=part.img bs=512 skip=6144000 count=4096\toff\n");
     for (const InputChoice& line : Window->Form.OffsetChoices()) {
         if (!line.Enabled || line.Value == "0") continue;
         EXPECT_EQ(Run("input " + line.Value + "\nmenu Offset\nfile @/a b.img\nmenu Open"), "");

@@ -172,10 +172,10 @@ TEST_F(ViewTest, AHugeClaimCostsNeitherTimeNorMemory) {
     image.SetFat(10000, 9999);
     image.Add(0, {.Name = "G", .Cluster = 65000, .Size = 0x7FFFFFFF});
     Mount(image);
-    int turns = 0;
-    TheHost.DoEvents = [&turns] { StopRequested = ++turns == 3; };
+    int calls = 0;
+    TheHost.DoEvents = [&calls] { StopRequested = ++calls == 3; };
     ShowFileDump(1, Text);
-    EXPECT_EQ(turns, 3);
+    EXPECT_EQ(calls, 3);
     const std::int64_t clusters = (Text.LineCount() - 1) / 32;
     EXPECT_LT(clusters, 0x7FFFFFFF / 512);
     EXPECT_EQ(Text.Size(), (clusters + 1) / 2 * 32 * 95 + clusters / 2 * 32 * 96);

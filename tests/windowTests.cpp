@@ -56,7 +56,7 @@ TEST_F(WindowTest, AnImageIsOpenedAndClosed) {
     // A second image replaces the first, and one that cannot be opened leaves none open.
     Open(SampleImage(), "one.img");
     Run("double 2\nchoose Dump\nselect 2");
-    Image other({.NumberOfFats = 0});  // nothing of the image before is shown as this one's
+    Image other({.NumberOfFats = 0});  // nothing of the previous image is shown
     other.AddFile(0, {.Name = "OTHER"}, "other");
     EXPECT_EQ(Open(other, "two.img"), "");
     EXPECT_EQ(Run("show list\nshow display\nshow labels"),

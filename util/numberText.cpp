@@ -101,8 +101,8 @@ Long ParseNumber(std::string& text) {
 }
 
 std::string StripExtension(const std::string& name) {
-    const std::size_t point = name.rfind('.');
-    return point == std::string::npos ? name : name.substr(0, point);
+    const std::size_t dot = name.rfind('.');
+    return dot == std::string::npos ? name : name.substr(0, dot);
 }
 
 std::string SizeText(std::int64_t bytes) {

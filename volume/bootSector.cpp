@@ -87,7 +87,7 @@ Long SectorCount(const BootSectorRecord& fields) {
 
 Long DataClusterCount(const BootSectorRecord& fields) {
     if (fields.BytesPerSector == 0 || fields.SectorsPerCluster == 0) return 0;
-    // A part of a sector at the end of the root directory counts as a whole one here.
+    // A partial sector at the end of the root directory counts as a whole one here.
     const Long rootSectors =
         (fields.RootEntries * entry::kBytes + fields.BytesPerSector - 1) / fields.BytesPerSector;
     const Long overhead =
@@ -120,7 +120,7 @@ void ParseBootSector() {
     drive.DataClusterCount = DataClusterCount(b);
 
     const Long fats = b.SectorsPerFat * b.NumberOfFats;
-    // Of all sectors, the reserved ones and the FATs included; see ClusterCount.
+    // Counts all sectors, including the reserved ones and the FATs; see ClusterCount.
     Derive(drive.ClusterCount, [&] { return Quotient(drive.TotalSectors, b.SectorsPerCluster); });
     drive.Fat0Sector = b.ReservedSectors;
     drive.Fat1Sector = b.ReservedSectors + b.SectorsPerFat;

@@ -25,8 +25,8 @@ bool ReadBootSector();
 BootSectorRecord BootSectorFields(ByteBuffer sector);
 /// The sectors of the volume: the small count, or the large one where that is 0.
 Long SectorCount(const BootSectorRecord& fields);
-/// The clusters of the data area, by which most systems decide the FAT type; 0 where the fields
-/// make no sense.
+/// The clusters of the data area, by which most systems decide the FAT type; 0 if the fields are
+/// invalid.
 Long DataClusterCount(const BootSectorRecord& fields);
 
 /// Fills BootSector from BootSectorBytes and computes the layout of Drives[1]. A layout field that

@@ -18,7 +18,7 @@ constexpr std::int64_t kLargestPiece = std::int64_t{1024} * 1024;
 /// A larger buffer does not fit the inner caches of a processor.
 constexpr std::int64_t kLargestBuffer = std::int64_t{128} * 1024;
 /// The smallest piece for which a check is faster than a read.
-constexpr std::int64_t kWorthChecking = std::int64_t{8} * 1024;
+constexpr std::int64_t kMinChecked = std::int64_t{8} * 1024;
 constexpr std::chrono::milliseconds kShortPiece{4};
 constexpr std::chrono::milliseconds kLongPiece{16};
 constexpr Long kFirstFiveDigitCluster = 10000;
@@ -58,12 +58,12 @@ WalkEnd Walk(const ClusterChain& chain, std::int64_t length, const Piece& piece)
     std::int64_t size = chain.BytesPerCluster();
     for (std::int64_t at = 0; at < length;) {
         if (StopRequested) return WalkEnd::kStopped;
-        const auto begun = steady_clock::now();
+        const auto start = steady_clock::now();
         const std::int64_t wanted = std::min(size, length - at);
         if (piece(at, wanted) < wanted) return WalkEnd::kReadFailed;
         at += wanted;
         // Large pieces are fast, but on a slow medium STOP has to wait for the end of one.
-        const auto taken = steady_clock::now() - begun;
+        const auto taken = steady_clock::now() - start;
         if (taken < kShortPiece && size < kLargestPiece) size *= 2;
         if (taken > kLongPiece && size > chain.BytesPerCluster()) size /= 2;
         if (at == length) break;
@@ -173,15 +173,15 @@ WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
 }
 
 WalkEnd CheckChain(const ClusterChain& chain, std::int64_t length,
-                   const std::function<void(std::int64_t bytes)>& goodTo) {
+                   const std::function<void(std::int64_t bytes)>& checked) {
     PageBytes buffer;
     const auto check = [](std::int64_t inImage, std::int64_t, std::int64_t count) {
-        return count < kWorthChecking ? 0 : CheckFileUpTo(kImageFile, inImage, count);
+        return count < kMinChecked ? 0 : CheckFileUpTo(kImageFile, inImage, count);
     };
     return Walk(chain, length, [&](std::int64_t offset, std::int64_t count) {
         std::int64_t good = ForExtents(chain, offset, count, check);
         good += ReadPiece(chain, offset + good, count - good, buffer, [](auto) {});
-        if (good > 0) goodTo(offset + good);
+        if (good > 0) checked(offset + good);
         return good;
     });
 }

@@ -74,9 +74,9 @@ enum class WalkEnd { kDone, kStopped, kReadFailed };
 /// WalkChain calls `take` with the bytes.
 WalkEnd WalkChain(const ClusterChain& chain, std::int64_t length,
                   const std::function<void(std::span<const Byte>)>& take);
-/// CheckChain checks whether the bytes can be read, and calls `goodTo` with the number so far.
+/// CheckChain checks whether the bytes can be read, and calls `checked` with the number so far.
 WalkEnd CheckChain(const ClusterChain& chain, std::int64_t length,
-                   const std::function<void(std::int64_t bytes)>& goodTo);
+                   const std::function<void(std::int64_t bytes)>& checked);
 /// CopyChain appends the bytes to the file `target`, which is open for writing, and adds their
 /// number to `written`. Raises the errors of WriteFile.
 WalkEnd CopyChain(const ClusterChain& chain, std::int64_t length, int target,

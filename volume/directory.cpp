@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <span>
+#include <type_traits>
 
 #include "platform/numberedFiles.h"
 #include "platform/pageBytes.h"
@@ -14,6 +15,8 @@
 #include "volume/volumeState.h"
 
 namespace tessel {
+
+static_assert(!std::is_copy_constructible_v<DirEntry>, "a copied row could outlive its name");
 
 DirEntryTable DirEntries;
 Long DirEntryCount = 0;
@@ -86,31 +89,31 @@ class EntryBlock {
     /// Returns the bytes of an entry, valid until the next call. Raises 6 or 57 when it cannot be
     /// read.
     ByteBuffer Entry(Long cluster, Long index) {
-        if (!Holds(cluster, index)) Read(cluster, index);
-        if (!Holds(cluster, index)) RaiseReadError(EntryOffset(cluster, index));
-        return ByteBuffer(Held).subspan(static_cast<std::size_t>(index - First) * entry::kBytes,
-                                        entry::kBytes);
+        if (!Contains(cluster, index)) Read(cluster, index);
+        if (!Contains(cluster, index)) RaiseReadError(EntryOffset(cluster, index));
+        return ByteBuffer(Bytes).subspan(static_cast<std::size_t>(index - First) * entry::kBytes,
+                                         entry::kBytes);
     }
 
   private:
-    bool Holds(Long cluster, Long index) const {
-        const Long held = static_cast<Long>(Held.size() / entry::kBytes);
+    bool Contains(Long cluster, Long index) const {
+        const Long held = static_cast<Long>(Bytes.size() / entry::kBytes);
         return cluster == Cluster && index >= First && index - First < held;
     }
     void Read(Long cluster, Long index) {
         const Long inCluster =
             cluster == 0 ? BootSector.RootEntries : ClusterBytes() / entry::kBytes;
         const std::int64_t offset = EntryOffset(cluster, index);
-        Held.resize(static_cast<std::size_t>(std::clamp(inCluster - index, 1, kEntriesPerRead)) *
-                    entry::kBytes);
-        Held.resize(ReadFileUpTo(kImageFile, offset, Held));
+        Bytes.resize(static_cast<std::size_t>(std::clamp(inCluster - index, 1, kEntriesPerRead)) *
+                     entry::kBytes);
+        Bytes.resize(ReadFileUpTo(kImageFile, offset, Bytes));
         Cluster = cluster;
         First = index;
     }
 
     Long Cluster = 0;
     Long First = 0;  // index of the first entry
-    PageBytes Held{};
+    PageBytes Bytes{};
 };
 
 EntryBlock ReadAhead;
@@ -119,13 +122,13 @@ EntryBlock ReadAhead;
 
 DirEntryTable::DirEntryTable() {
     // Reserved memory that is not touched costs nothing, and rows are never moved.
-    Table.reserve(kMostRows);
+    Table.reserve(kMaxRows);
     Clear();
 }
 
 void DirEntryTable::Clear() {
     Table.clear();
-    Table.resize(kFewestRows);
+    Table.resize(kMinRows);
     LongNames.release();
 }
 
@@ -138,9 +141,9 @@ KeptText DirEntryTable::Keep(std::u16string_view text) {
 }
 
 bool DirEntryTable::Grow(Long row) {
-    if (row >= kMostRows) return false;
+    if (row >= kMaxRows) return false;
     if (row >= Rows())
-        Table.resize(static_cast<std::size_t>(std::min(Rows() + kFewestRows, kMostRows)));
+        Table.resize(static_cast<std::size_t>(std::min(Rows() + kMinRows, kMaxRows)));
     return true;
 }
 
@@ -169,10 +172,10 @@ void LoadRootDirectory() {
 
 void LoadSubDirectory(Long cluster) {
     const ClusterChain chain(cluster);
-    const Long most = std::max<Long>(1, Drives[1].ClusterCount);
+    const Long maxClusters = std::max<Long>(1, Drives[1].ClusterCount);
     const Long perCluster = ClusterBytes() / entry::kBytes;
     if (perCluster == 0) return;
-    for (Long n = 0; n < most && DirEntryCount < DirEntryTable::kMostRows; ++n) {
+    for (Long n = 0; n < maxClusters && DirEntryCount < DirEntryTable::kMaxRows; ++n) {
         const std::int64_t at = n * chain.BytesPerCluster();
         if (!chain.LoopTarget() && at >= chain.DistinctBytes()) break;
         const Long visited = chain.ExtentAt(at).Cluster;

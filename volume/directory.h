@@ -56,8 +56,8 @@ struct DirEntry {
 /// row number outside the table raises 9.
 class DirEntryTable {
   public:
-    static constexpr Long kFewestRows = 1024;
-    static constexpr Long kMostRows = 65536;
+    static constexpr Long kMinRows = 1024;
+    static constexpr Long kMaxRows = 65536;
 
     DirEntryTable();
     DirEntry& operator()(Long row) {

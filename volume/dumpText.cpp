@@ -61,21 +61,21 @@ class LineHead {
         Text[Length - 1] = ')';
     }
 
-    /// Writes the head with `offset` to `to` and returns its end. Overwrites kRoom characters.
+    /// Writes the head with `offset` to `to` and returns its end. Overwrites kCapacity characters.
     char* Put(char* to, std::int64_t offset) const {
         const auto within = static_cast<std::uint32_t>(offset);
         // The digits are written to the copy: writing them to Text and then copying it would stall
         // on store forwarding.
-        std::memcpy(to, Text.data(), kRoom);
+        std::memcpy(to, Text.data(), kCapacity);
         PutHex4(PutHex4(to + 5, within >> 16), within);
         PutDecimal(to + Length - 8, within, 7);
         return to + Length;
     }
 
-    static constexpr std::size_t kRoom = 32;
+    static constexpr std::size_t kCapacity = 32;
 
   private:
-    std::array<char, kRoom> Text;
+    std::array<char, kCapacity> Text;
     std::size_t Length;
 };
 
@@ -173,7 +173,7 @@ void DumpText::FormatLines(std::int64_t first, std::span<const Byte> bytes,
     constexpr std::size_t kLongestLine = 96;
     constexpr std::size_t kLinesAtOnce = 64;
     // Larger than the lines: the functions above overwrite characters past the end.
-    std::array<char, kLinesAtOnce * kLongestLine + LineHead::kRoom> lines;
+    std::array<char, kLinesAtOnce * kLongestLine + LineHead::kCapacity> lines;
     char* to = lines.data();
     std::size_t lineCount = 0;
     while (!bytes.empty()) {

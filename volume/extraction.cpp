@@ -13,7 +13,7 @@
 namespace tessel {
 namespace {
 
-/// Closes the target on every way out of the copy.
+/// Scope guard that closes the target.
 struct TargetCloser {
     ~TargetCloser() { AbandonFile(kTargetFile); }
 };

@@ -18,20 +18,20 @@ namespace {
 
 using SectorBytes = std::array<Byte, kSectorBytes>;
 
-constexpr std::size_t kMostLogical = 128;
-constexpr std::int64_t kMostGptBytes = std::int64_t{128} * 1024;
+constexpr std::size_t kMaxLogical = 128;
+constexpr std::int64_t kMaxGptBytes = std::int64_t{128} * 1024;
 /// A medium may take seconds for each read that fails.
-constexpr int kMostFailures = 4;
+constexpr int kMaxFailures = 4;
 
 std::int64_t Unsigned32(ByteBuffer bytes, Integer index) {
     return static_cast<std::uint32_t>(GetLong(bytes, index));
 }
 
-/// A count of sectors of 64 bits in bytes; nothing where that is beyond any file.
+/// A 64-bit sector number as a byte offset; nullopt if that is beyond any file.
 std::optional<std::int64_t> SectorOffset(ByteBuffer bytes, Integer index, std::int64_t perSector) {
-    constexpr std::int64_t kMostUpper = 1 << 16;
+    constexpr std::int64_t kMaxUpper = 1 << 16;
     const std::int64_t upper = Unsigned32(bytes, static_cast<Integer>(index + 4));
-    if (upper > kMostUpper) return std::nullopt;
+    if (upper > kMaxUpper) return std::nullopt;
     return ((upper << 32) + Unsigned32(bytes, index)) * perSector;
 }
 
@@ -39,7 +39,7 @@ bool HasText(ByteBuffer bytes, Integer at, std::string_view text) {
     return GetString(bytes, at, static_cast<Integer>(text.size())) == text;
 }
 
-/// The checksum of a GPT: CRC-32 as in many formats, with the reflected polynomial.
+/// The checksum of a GPT: CRC-32 with the reflected polynomial EDB88320.
 std::int64_t Checksum(ByteBuffer bytes) {
     static const auto table = [] {
         std::array<std::uint32_t, 256> values{};
@@ -76,19 +76,19 @@ std::string NameText(ByteBuffer entry) {
     return Trimmed(Utf8(name));
 }
 
-constexpr Long kMostBytesPerSector = 4096;
+constexpr Long kMaxBytesPerSector = 4096;
 
 bool IsPowerOfTwo(Long value) { return value > 0 && (value & (value - 1)) == 0; }
 
 /// Whether a boot sector's fields are what a formatter of FAT volumes writes.
 bool IsFat(const BootSectorRecord& boot) {
     return IsPowerOfTwo(boot.BytesPerSector) && boot.BytesPerSector >= kSectorBytes &&
-           boot.BytesPerSector <= kMostBytesPerSector && IsPowerOfTwo(boot.SectorsPerCluster) &&
+           boot.BytesPerSector <= kMaxBytesPerSector && IsPowerOfTwo(boot.SectorsPerCluster) &&
            boot.ReservedSectors > 0 && boot.NumberOfFats > 0 && SectorCount(boot) > 0 &&
            (boot.MediaType == 0xF0 || boot.MediaType >= 0xF8);
 }
 
-/// Puts what a first sector says into the record.
+/// Sets kind, label and sector size of a volume from its first sector.
 void Describe(ByteBuffer sector, TableVolume& volume) {
     const BootSectorRecord boot = BootSectorFields(sector);
     if (boot.BootSignature != boot::kBootSignatureValue) return;
@@ -123,9 +123,9 @@ class TableReader {
         TableVolume whole;
         Describe(first, whole);
         Table.StartsWithVolume = IsVolume(whole.Kind);
-        // A boot sector may have anything where a table would be, or a table beside it.
-        const bool marked = GetWord(first, boot::kBootSignature) == boot::kBootSignatureValue;
-        MbrIsSound = marked && !Table.StartsWithVolume;
+        // A boot sector may contain any bytes at the offset of a table, or even a table.
+        const bool hasSignature = GetWord(first, boot::kBootSignature) == boot::kBootSignatureValue;
+        MbrIsValid = hasSignature && !Table.StartsWithVolume;
 
         const bool hasGpt = ReadGpts(first);
         ReadPrimaries(first, hasGpt);
@@ -174,19 +174,19 @@ class TableReader {
             if (IsExtendedType(volume->Type)) {
                 ReadChain(*volume);
             } else {
-                Add(*volume, MbrIsSound);
+                Add(*volume, MbrIsValid);
             }
         }
     }
 
-    /// An entry in use, counted from `base`.
+    /// An entry in use, with its offset relative to `base`.
     static std::optional<TableVolume> MbrEntry(ByteBuffer sector, int index, std::int64_t base) {
         const auto at = static_cast<std::size_t>(mbr::kEntries + index * mbr::kEntryBytes);
         const ByteBuffer entry = sector.subspan(at, mbr::kEntryBytes);
         const std::int64_t start = Unsigned32(entry, mbr::kFirstSector) * kSectorBytes;
         const std::int64_t size = Unsigned32(entry, mbr::kSectors) * kSectorBytes;
-        const bool sound = (entry[mbr::kStatus] & mbr::kStatusBits) == 0;
-        if (!sound || entry[mbr::kType] == 0 || start == 0 || size == 0) return std::nullopt;
+        const bool valid = (entry[mbr::kStatus] & mbr::kStatusBits) == 0;
+        if (!valid || entry[mbr::kType] == 0 || start == 0 || size == 0) return std::nullopt;
         return TableVolume{.Offset = base + start, .Size = size, .Type = entry[mbr::kType]};
     }
 
@@ -195,12 +195,12 @@ class TableReader {
     void ReadChain(const TableVolume& extended) {
         SectorBytes sector{};
         std::optional<TableVolume> link = extended;
-        while (link && Links.size() < kMostLogical && Links.insert(link->Offset).second) {
+        while (link && Links.size() < kMaxLogical && Links.insert(link->Offset).second) {
             const std::int64_t at = link->Offset;
             const bool inFile = at < Table.FileBytes && at <= kLastFileOffset;
             if (!inFile || !ReadAt(at, sector) ||
                 GetWord(sector, boot::kBootSignature) != boot::kBootSignatureValue) {
-                if (at == extended.Offset) Add(extended, MbrIsSound);
+                if (at == extended.Offset) Add(extended, MbrIsValid);
                 return;
             }
             link.reset();
@@ -211,7 +211,7 @@ class TableReader {
                     link = next;
                     link->Offset += extended.Offset;
                 } else {
-                    Add(*MbrEntry(sector, i, at), MbrIsSound);
+                    Add(*MbrEntry(sector, i, at), MbrIsValid);
                 }
             }
         }
@@ -226,7 +226,7 @@ class TableReader {
         std::vector<Byte> Entries{};
     };
 
-    /// The table at the start of the file, or its copy at the end where that is the sound one.
+    /// The table at the start of the file, or its copy at the end if only that is valid.
     bool ReadGpts(const SectorBytes& first) {
         bool isProtected = false;
         for (int i = 0; i < mbr::kPrimaries; ++i) {
@@ -260,17 +260,17 @@ class TableReader {
         if (start == 0 || start >= Table.FileBytes) start = gpt::kUsualEntriesSector * perSector;
         std::int64_t count = Unsigned32(header, gpt::kEntryCount);
         if (count == 0) count = gpt::kUsualEntryCount;
-        const std::int64_t held = std::max<std::int64_t>(Table.FileBytes - start, 0);
-        const std::int64_t bytes = std::min({count * table.EntryBytes, held, kMostGptBytes});
+        const std::int64_t available = std::max<std::int64_t>(Table.FileBytes - start, 0);
+        const std::int64_t bytes = std::min({count * table.EntryBytes, available, kMaxGptBytes});
         table.Entries.resize(static_cast<std::size_t>(bytes));
         if (!ReadAt(start, table.Entries)) return std::nullopt;
 
-        table.Trusted = HeaderIsSound(header) &&
+        table.Trusted = HeaderIsValid(header) &&
                         Checksum(table.Entries) == Unsigned32(header, gpt::kEntriesChecksum);
         return table;
     }
 
-    static bool HeaderIsSound(SectorBytes header) {
+    static bool HeaderIsValid(SectorBytes header) {
         const std::int64_t length = Unsigned32(header, gpt::kHeaderBytes);
         if (length < gpt::kHeaderEnd || length > kSectorBytes) return false;
         const std::int64_t stored = Unsigned32(header, gpt::kHeaderChecksum);
@@ -297,9 +297,9 @@ class TableReader {
 
     int File;
     PartitionTable Table{};
-    bool MbrIsSound = false;
-    std::set<std::int64_t> Links{};  // where the links of chains lie that were read
-    int FailuresLeft = kMostFailures;
+    bool MbrIsValid = false;
+    std::set<std::int64_t> Links{};  // offsets of the links read so far
+    int FailuresLeft = kMaxFailures;
 };
 
 }  // namespace

@@ -10,7 +10,7 @@
 /// offsets; nothing else in the program depends on them.
 namespace tessel {
 
-/// What the first sector of a volume says, or why it says nothing.
+/// The kind of a volume, from its first sector, or the reason why it is unknown.
 enum class VolumeKind {
     kNoVolume,  ///< no boot sector of a known kind
     kFat12,     ///< by the rule that Open follows
@@ -19,7 +19,7 @@ enum class VolumeKind {
     kExFat,
     kNtfs,
     kOutside,     ///< it begins beyond the end of the file
-    kBeyondRead,  ///< it begins beyond what can be addressed
+    kBeyondRead,  ///< it begins after the last offset that can be read
     kUnreadable,  ///< the medium fails there
 };
 
@@ -30,12 +30,12 @@ struct TableVolume {
     Byte Type = 0;            ///< the type in a master boot record; 0 in a GPT
     std::string Name{};       ///< the name in a GPT, UTF-8 without control characters
     VolumeKind Kind = VolumeKind::kNoVolume;
-    std::string Label{};  ///< FAT12, FAT16: the label in the boot sector, without blanks around it
-    Long BytesPerSector = 0;  ///< FAT: by the boot sector
+    std::string Label{};      ///< FAT12, FAT16: the label in the boot sector, without padding
+    Long BytesPerSector = 0;  ///< FAT: from the boot sector
 };
 
 struct PartitionTable {
-    std::vector<TableVolume> Volumes{};  ///< by offset, each one once
+    std::vector<TableVolume> Volumes{};  ///< by offset, without duplicates
     std::int64_t FileBytes = 0;
     bool StartsWithVolume = false;  ///< the file's first sector is a boot sector
 };
@@ -43,9 +43,9 @@ struct PartitionTable {
 /// Reads the tables at the start of a file that is open for reading: the four entries of a master
 /// boot record, at most 128 logical partitions, and up to 128 KiB of GPT entries. Entries that are
 /// not in use or empty are left out; where a table cannot be trusted (a wrong checksum, a missing
-/// mark, a boot sector in the same place) so are those that lead to no known volume. A table that
-/// cannot be read has no volumes. Raises nothing, and reads a failing medium no more than a few
-/// times.
+/// signature, a boot sector in the same sector) so are those that lead to no known volume. A table
+/// that cannot be read has no volumes. Raises nothing, and reads a failing medium no more than a
+/// few times.
 PartitionTable ReadPartitionTable(int fileNumber);
 
 /// Whether the type of an entry in a master boot record names a chain of logical partitions.

@@ -68,8 +68,8 @@ const std::array<Shown, 256>& ShownBytes() {
 
 void PlainText::Add(std::span<const Byte> bytes) {
     while (!bytes.empty()) {
-        const std::int64_t room = kBlockBytes - Bytes % kBlockBytes;
-        const auto count = std::min<std::size_t>(bytes.size(), static_cast<std::size_t>(room));
+        const std::int64_t rest = kBlockBytes - Bytes % kBlockBytes;
+        const auto count = std::min<std::size_t>(bytes.size(), static_cast<std::size_t>(rest));
         AddWithinBlock(bytes.first(count));
         bytes = bytes.subspan(count);
     }

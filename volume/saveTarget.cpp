@@ -9,14 +9,14 @@ namespace {
 
 /// Creates a file under an unused name, and returns the name.
 std::string CreateTemporary(int number, const FolderHandle& folder) {
-    constexpr int kMostTries = 100;
+    constexpr int kMaxTries = 100;
     for (int i = 1;; ++i) {
         std::string name = "tessel-" + std::to_string(i) + ".tmp";
         try {
             folder.CreateFile(number, name);
             return name;
         } catch (const RuntimeError& error) {
-            if (error.Number != kFileAlreadyExists || i == kMostTries) throw;
+            if (error.Number != kFileAlreadyExists || i == kMaxTries) throw;
         }
     }
 }

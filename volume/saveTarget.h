@@ -11,7 +11,7 @@ namespace tessel {
 /// that name is replaced, but only after the new one could be created. Raises the errors of
 /// RefuseTarget, and those of creating and renaming a file; the old file is then unchanged.
 void CreateTarget(int number, const FolderHandle& folder, const std::string& name);
-/// As CreateTarget, for a name that `entry` is known to have.
+/// As CreateTarget, for a name that is known to exist as `entry`.
 void ReplaceTarget(int number, const FolderHandle& folder, const std::string& name,
                    const FolderEntry& entry);
 

@@ -37,13 +37,13 @@ int DescriptorOf(int number) {
     return file->second.Descriptor;
 }
 
-/// A path with a NUL inside would name another file than the requested one.
+/// A path that contains a NUL would name a different file.
 void RefuseNul(const std::string& path) {
     if (path.empty() || path.find('\0') != std::string::npos) Raise(kBadFileNumber);
 }
 
-/// Bytes for one call. So few are still in the processor's caches when the kernel copies them; a
-/// call with eight times as many took up to four times as long per byte.
+/// Bytes per call. This much stays in the processor's caches until the kernel copies it; a call
+/// with eight times as much took up to four times as long per byte.
 constexpr std::size_t kWriteAtOnce = std::size_t{128} * 1024;
 
 void WriteAll(int descriptor, std::span<const Byte> bytes) {
@@ -68,7 +68,7 @@ void AddFileForWriting(int number, int descriptor) { OpenFiles()[number] = {desc
 void OpenForReading(int number, const std::string& path) {
     RefuseUsedNumber(number);
     RefuseNul(path);
-    // Not blocking: a pipe without a writer must not block the window.
+    // A pipe without a writer must not block the window.
     const int descriptor = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0) RaiseOpenError(errno, path.c_str());
     struct stat status {};
@@ -136,14 +136,14 @@ std::size_t ReadFileUpTo(int number, std::int64_t offset, std::span<Byte> bytes)
 #ifdef __linux__
 
 std::int64_t CheckFileUpTo(int number, std::int64_t offset, std::int64_t count) {
-    // What the kernel has read goes to a device that drops it: half the work of reading it here.
-    static const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    // The kernel sends the bytes to a device that drops them: half the work of reading them here.
+    static const int nullDevice = open("/dev/null", O_WRONLY | O_CLOEXEC);
     if (!FileIsOpen(number)) return 0;
     const std::int64_t end = std::min(offset + count, kLastFileOffset + 1);
     off_t at = offset;
     while (at < end) {
         const auto wanted = static_cast<std::size_t>(end - at);
-        const ssize_t checked = sendfile(nowhere, DescriptorOf(number), &at, wanted);
+        const ssize_t checked = sendfile(nullDevice, DescriptorOf(number), &at, wanted);
         if (checked == 0 || (checked < 0 && errno != EINTR)) break;
     }
     return at - offset;
@@ -151,7 +151,7 @@ std::int64_t CheckFileUpTo(int number, std::int64_t offset, std::int64_t count) 
 
 std::int64_t ShareFileUpTo(int number, std::int64_t offset, std::int64_t count, int target) {
     constexpr std::int64_t kBlock = 4096;
-    // Sharing reads nothing. What the medium does not give must fail here, and not in the copy.
+    // Sharing reads nothing: bytes that the medium cannot read must be found here, not in the copy.
     const std::int64_t length = CheckFileUpTo(number, offset, count) / kBlock * kBlock;
     const int to = DescriptorOf(target);
     const off_t start = lseek(to, 0, SEEK_CUR);

@@ -11,7 +11,7 @@ void RefuseUsedNumber(int number);
 /// Registers a descriptor that is open for writing under the free `number`. CloseFile closes it.
 void AddFileForWriting(int number, int descriptor);
 
-/// Returns nullopt when the host does not say.
+/// Returns nullopt when the host cannot identify it.
 std::optional<FileIdentity> IdentityOfDescriptor(int descriptor);
 
 }  // namespace tessel

@@ -25,9 +25,9 @@ HANDLE HandleOf(int number) {
 }
 
 void WriteAll(HANDLE file, std::span<const Byte> bytes) {
-    constexpr std::size_t kMostAtOnce = 1 << 30;
+    constexpr std::size_t kMaxAtOnce = 1 << 30;
     while (!bytes.empty()) {
-        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMostAtOnce));
+        const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kMaxAtOnce));
         DWORD count = 0;
         if (::WriteFile(file, bytes.data(), wanted, &count, nullptr) == 0) {
             RaiseHostError(GetLastError());
@@ -58,7 +58,7 @@ void OpenForReading(int number, const std::string& path) {
             attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         RaiseHostError(folder ? ERROR_ACCESS_DENIED : hostError);
     }
-    // A pipe or a console is no sequence of bytes with places in it.
+    // A pipe or a console has no byte offsets.
     if (GetFileType(file) != FILE_TYPE_DISK) {
         CloseHandle(file);
         Raise(kPathFileAccessError);

@@ -12,7 +12,7 @@
 namespace tessel {
 namespace {
 
-/// The limits of what one timer event searches.
+/// The limits of one timer event.
 constexpr int kStepsPerEvent = 4;
 constexpr int kMillisecondsPerEvent = 10;
 
@@ -48,15 +48,15 @@ FindBar::FindBar(const TextDisplay& text, View view, QWidget* parent)
     Field->setMinimumWidth(60);
     row->addWidget(Field, 1);
     auto* next =
-        AddButton(row, QStringLiteral("Next"), QStringLiteral("Find the next one (Enter or F3)"));
+        AddButton(row, QStringLiteral("Next"), QStringLiteral("Find the next match (Enter or F3)"));
     auto* previous = AddButton(row, QStringLiteral("Previous"),
-                               QStringLiteral("Find the previous one (Shift+Enter or Shift+F3)"));
+                               QStringLiteral("Find the previous match (Shift+Enter or Shift+F3)"));
     row->addWidget(Case);
     StatusLabel->setObjectName(QStringLiteral("findStatus"));
     row->addWidget(StatusLabel);
-    auto* close = AddButton(row, QString(), QStringLiteral("Close the find line (Esc)"));
+    auto* close = AddButton(row, QString(), QStringLiteral("Close the find bar (Esc)"));
     close->setIcon(style()->standardIcon(QStyle::SP_TitleBarCloseButton));
-    close->setAccessibleName(QStringLiteral("Close the find line"));
+    close->setAccessibleName(QStringLiteral("Close the find bar"));
 
     StepTimer.setInterval(0);
     connect(&StepTimer, &QTimer::timeout, this, [this] { Step(); });
@@ -130,8 +130,8 @@ void FindBar::Step() {
     if (!finished.Wrapped()) {
         ShowStatus(QString());
     } else {
-        ShowStatus(finished.Query().Backwards ? QStringLiteral("Went on from the end")
-                                              : QStringLiteral("Went on from the top"));
+        ShowStatus(finished.Query().Backwards ? QStringLiteral("Continued from the end")
+                                              : QStringLiteral("Continued from the top"));
     }
     Owner.ShowFound({finished.Hit(), finished.Hit() + finished.HitSize()});
 }
@@ -148,8 +148,7 @@ void FindBar::ShowStatus(const QString& status, bool failed) {
 }
 
 bool FindBar::event(QEvent* event) {
-    // In the find line Esc closes the line and F3 searches, even if the window has shortcuts for
-    // them.
+    // Esc closes the find bar and F3 searches, even if the window has shortcuts for them.
     if (event->type() == QEvent::ShortcutOverride) {
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Escape || key == Qt::Key_F3) {

@@ -14,15 +14,15 @@ class QLineEdit;
 
 namespace tessel {
 
-/// The find line below the display. A search runs in steps between events until it has a result,
+/// The find bar below the display. A search runs in steps between events until it has a result,
 /// another one is started, or it is cancelled.
 class FindBar : public QWidget {
   public:
-    /// What the find line needs of its view.
+    /// The functions of the view that the find bar calls.
     struct View {
         std::function<TextRange()> Selected;       ///< the selection, or the caret as an empty one
         std::function<void(TextRange)> ShowFound;  ///< select a hit and scroll to it
-        std::function<void()> Closed;              ///< called when the line was closed
+        std::function<void()> Closed;              ///< the find bar was closed
     };
 
     FindBar(const TextDisplay& text, View view, QWidget* parent);

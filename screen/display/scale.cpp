@@ -12,13 +12,13 @@ namespace {
 
 /// Desktops' usual default fonts have up to this many points.
 constexpr double kUsualPoints = 11;
-constexpr double kLargestScale = 3;
+constexpr double kMaxScale = 3;
 
 }  // namespace
 
 double DesktopScale() {
     static const double scale =
-        std::clamp(QFontInfo(QApplication::font()).pointSizeF() / kUsualPoints, 1.0, kLargestScale);
+        std::clamp(QFontInfo(QApplication::font()).pointSizeF() / kUsualPoints, 1.0, kMaxScale);
     return scale;
 }
 

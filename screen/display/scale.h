@@ -2,9 +2,9 @@
 
 namespace tessel {
 
-/// How much larger than designed the windows are: 1, or more where the desktop's default font is
-/// larger than usual. Controls, lists and the display are scaled by it as one. It is read from the
-/// application's font once, at the first call.
+/// The factor by which windows are larger than designed: 1, or more where the desktop's default
+/// font is larger than usual. Controls, lists and the display are all scaled by it. It is read from
+/// the application's font once, at the first call.
 double DesktopScale();
 
 /// A length in logical pixels, and back in twips (at a scale of 1, 15 twips are one pixel).

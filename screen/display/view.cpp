@@ -253,8 +253,8 @@ void DisplayView::paintEvent(QPaintEvent* event) {
     if (Box.Text.Size() == 0) {
         painter.setFont(QApplication::font());
         painter.setPen(palette().color(group, QPalette::PlaceholderText));
-        const QRect room = viewport()->rect().marginsRemoved(QMargins(12, 12, 12, 12));
-        painter.drawText(room, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
+        const QRect area = viewport()->rect().marginsRemoved(QMargins(12, 12, 12, 12));
+        painter.drawText(area, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
                          QString::fromStdString(Box.Placeholder));
     }
     if (CaretOn) painter.fillRect(CaretRect(), palette().color(group, QPalette::Text));

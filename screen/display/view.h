@@ -58,9 +58,9 @@ class DisplayView : public QAbstractScrollArea {
     static constexpr std::int64_t kMaxCopied = 64 << 20;
 
     /// Carries out a key of the view (find, find next, zoom), also one that another control of the
-    /// window did not use. False when it is no such key.
+    /// window did not use. Returns false for any other key.
     bool RunViewCommand(QKeyEvent* event);
-    /// Opens the find line and puts a short selection into it.
+    /// Opens the find bar and puts a short selection into it.
     void ShowFind();
     FindBar& Finder() { return *Find; }
 

@@ -11,13 +11,13 @@
 #include "screen/display/view.h"
 #include "util/numberText.h"
 
-/// The display's user input: keys, wheel, mouse, clipboard, find line.
+/// The display's user input: keys, wheel, mouse, clipboard, find bar.
 namespace tessel {
 namespace {
 
 /// The largest selection, in bytes, that is offered as the primary selection.
 constexpr std::int64_t kMaxPrimary = 1 << 20;
-/// The largest selection, in bytes, that is put into the find line.
+/// The largest selection, in bytes, that is put into the find bar.
 constexpr std::int64_t kMaxQuery = 100;
 constexpr int kColumnsPerNotch = 6;
 constexpr int kNotch = 120;  // angle of a wheel notch, in eighths of a degree
@@ -307,7 +307,7 @@ void DisplayView::contextMenuEvent(QContextMenuEvent* event) {
     menu->popup(event->globalPos());
 }
 
-// --- The find line. -----------------------------------------------------------------------------
+// --- The find bar. ------------------------------------------------------------------------------
 
 void DisplayView::ShowFind() {
     Sync();

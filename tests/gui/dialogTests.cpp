@@ -267,7 +267,7 @@ TEST_F(DialogTest, TheOffsetBoxOffersVolumesToKeysAndMouse) {
         for (const int line : {3, 2}) {
             Click(*list.viewport(), list.visualRect(list.model()->index(line, 0)).center());
             EXPECT_EQ(dialog.textValue().toStdString(), line == 3 ? "01" : "15360");
-            EXPECT_EQ(list.isVisible(), line == 3) << "what is grey cannot be chosen";
+            EXPECT_EQ(list.isVisible(), line == 3) << "a disabled line cannot be chosen";
         }
         Key(Qt::Key_Return);
     });
@@ -441,8 +441,8 @@ TEST_F(ChooserTest, OpensAtItsLastPosition) {
     EXPECT_EQ(Form->Chooser->Form.Top, 1350);
     Form->Chooser->Form.Left = 9e9F;  // as on a screen that is no longer there
     Choose("Cancel", [](ChooserScreen& screen) {
-        const QRect room = screen.screen()->availableGeometry();
-        EXPECT_TRUE(room.contains(QRect(screen.pos(), screen.size())));
+        const QRect area = screen.screen()->availableGeometry();
+        EXPECT_TRUE(area.contains(QRect(screen.pos(), screen.size())));
         EXPECT_EQ(screen.y(), 90);
     });
 }

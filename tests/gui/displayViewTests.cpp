@@ -177,9 +177,9 @@ TEST_F(DisplayViewTest, FindsAcrossStepsAndWrapsAround) {
     EXPECT_EQ(Find("mark"), "");
     EXPECT_EQ(View.SelectedText(), "maRK");
     EXPECT_NE(View.VisibleString().find("maRK"), std::string::npos);
-    EXPECT_EQ(Find("mark"), "Went on from the top");
+    EXPECT_EQ(Find("mark"), "Continued from the top");
     EXPECT_EQ(View.SelectedText(), "Mark");
-    EXPECT_EQ(Find("mark", Qt::ShiftModifier), "Went on from the end");
+    EXPECT_EQ(Find("mark", Qt::ShiftModifier), "Continued from the end");
     EXPECT_EQ(View.SelectedText(), "maRK");
     EXPECT_EQ(Find("mark", Qt::ShiftModifier), "");
     EXPECT_EQ(View.SelectedText(), "Mark");

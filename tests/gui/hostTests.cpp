@@ -81,7 +81,7 @@ TEST_F(DesktopTest, ADroppedImageIsOpenedButNothingElse) {
     EXPECT_EQ(Title(), "FAT File System " + first);
     EXPECT_TRUE(drop({second}));
     EXPECT_EQ(Title() + Drives[1].ImageTitle, "FAT File System " + second + "second #1.img");
-    // What is not opened says why: during an operation, and while a box waits.
+    // A message says why nothing is opened during an operation and while a box is open.
     Busy = true;
     OnDialog<QMessageBox>([&](QMessageBox& box) {
         EXPECT_TRUE(box.text().contains("until the running command has ended"))

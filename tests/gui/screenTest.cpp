@@ -42,7 +42,9 @@ void ScreenTest::Start() {
     Form = std::make_unique<formTessel>();
     Screen = std::make_unique<MainScreen>(*Form);
     TheHost.ShowModal = [this](Window&) { Screen->ShowChooser(); };
-    TheHost.ShowProgress = [this](std::optional<double> share) { Screen->ShowProgress(share); };
+    TheHost.ShowProgress = [this](std::optional<double> fraction) {
+        Screen->ShowProgress(fraction);
+    };
     Form->Form_Load();
     Screen->show();
     List = Screen->findChild<QListView*>();

@@ -36,8 +36,7 @@ class ScreenTest : public TesselTest {
     static void Key(Qt::Key key, Qt::KeyboardModifiers with = Qt::NoModifier);
     static void Type(const QString& text);
     /// Opens a menu, and clicks an entry or closes the menu. Returns its entries, one per line,
-    /// with
-    /// "-" before disabled ones.
+    /// disabled ones after a "-".
     std::string Menu(const QString& menu, const QString& entry = {});
     /// Activates the window again after a menu or a dialog, as a desktop does.
     void ActivateWindow();

@@ -91,7 +91,7 @@ TEST_F(MainScreenTest, HasItsDesignedLayout) {
     }
 }
 
-TEST_F(MainScreenTest, TabVisitsTheControlsAndEnterPressesThem) {
+TEST_F(MainScreenTest, TabReachesTheControlsAndEnterPressesThem) {
     OpenImage(Write("disk.img", SampleImage().File()));
     std::string order;
     for (int i = 0; i < 11; ++i, Key(Qt::Key_Tab)) {

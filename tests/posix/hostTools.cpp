@@ -40,14 +40,14 @@ size_t Readable(int descriptor, size_t count, off_t offset) {
 int Share(int target, const file_clone_range& range) {
     const std::uint64_t odd = range.src_offset | range.src_length | range.dest_offset;
     std::vector<char> bytes(range.src_length);
-    const auto held = syscall(SYS_pread64, static_cast<int>(range.src_fd), bytes.data(),
-                              bytes.size(), range.src_offset);
+    const auto count = syscall(SYS_pread64, static_cast<int>(range.src_fd), bytes.data(),
+                               bytes.size(), range.src_offset);
     const auto start = static_cast<off_t>(range.dest_offset);
-    if (odd % 4096 != 0 || held != std::ssize(bytes) ||
-        pwrite(target, bytes.data(), bytes.size(), start) != held) {
+    if (odd % 4096 != 0 || count != std::ssize(bytes) ||
+        pwrite(target, bytes.data(), bytes.size(), start) != count) {
         return errno = EINVAL, -1;
     }
-    BytesShared += held;
+    BytesShared += count;
     return 0;
 }
 

@@ -32,15 +32,15 @@ std::int64_t Find(const std::string& hay, const std::string& needle, bool backwa
 TextSearch::TextSearch(const TextDisplay& text, SearchQuery query, TextOffset from)
     : Text(text),
       Generation(text.Generation()),
-      Sought(std::move(query)),
-      Needle(Sought.Text),
+      Wanted(std::move(query)),
+      Needle(Wanted.Text),
       First{},
       Second{},
       Starts(0) {
-    if (!Sought.MatchCase) FoldCase(Needle);
+    if (!Wanted.MatchCase) FoldCase(Needle);
     const std::int64_t size = HitSize();
     if (size > 0) Starts = std::max<std::int64_t>(Text.Size() - size + 1, 0);
-    if (Sought.Backwards) {
+    if (Wanted.Backwards) {
         const TextOffset split = std::clamp<TextOffset>(from - size + 1, 0, Starts);
         First = {0, split};
         Second = {split, Starts};
@@ -56,7 +56,7 @@ TextSearch::State TextSearch::Step() {
     Range& range = HasWrapped ? Second : First;
     if (range.From >= range.To) return State::kNone;
     Range part = range;
-    if (Sought.Backwards) {
+    if (Wanted.Backwards) {
         part.From = std::max(range.From, range.To - kStep);
         range.To = part.From;
     } else {
@@ -70,8 +70,8 @@ TextSearch::State TextSearch::Step() {
 TextSearch::State TextSearch::ScanPart(Range part) {
     // A hit may cross the end of a part, but begins in exactly one.
     std::string hay = Text.Text(part.From, part.To - part.From + HitSize() - 1);
-    if (!Sought.MatchCase) FoldCase(hay);
-    const std::int64_t at = Find(hay, Needle, Sought.Backwards);
+    if (!Wanted.MatchCase) FoldCase(hay);
+    const std::int64_t at = Find(hay, Needle, Wanted.Backwards);
     if (at < 0) return State::kSearching;
     Found = part.From + at;
     return State::kFound;

@@ -15,7 +15,7 @@ struct SearchQuery {
     bool operator==(const SearchQuery&) const = default;
 };
 
-/// Searches a display's text once, in bounded steps: from an offset to the end of the text, and on
+/// Searches a display's text once, in bounded steps: from an offset to the end of the text, then
 /// from its other end. Text appended meanwhile is not searched.
 class TextSearch {
   public:
@@ -26,10 +26,10 @@ class TextSearch {
     /// Forwards, hits begin at or after `from`; backwards, they end at or before it.
     TextSearch(const TextDisplay& text, SearchQuery query, TextOffset from);
 
-    const SearchQuery& Query() const { return Sought; }
+    const SearchQuery& Query() const { return Wanted; }
     State Step();
     TextOffset Hit() const { return Found; }  ///< after kFound: the offset of the hit
-    std::int64_t HitSize() const { return static_cast<std::int64_t>(Sought.Text.size()); }
+    std::int64_t HitSize() const { return static_cast<std::int64_t>(Wanted.Text.size()); }
     /// The search has continued from the other end of the text.
     bool Wrapped() const { return HasWrapped; }
     int Percent() const;
@@ -45,7 +45,7 @@ class TextSearch {
 
     const TextDisplay& Text;
     std::uint64_t Generation;
-    SearchQuery Sought;
+    SearchQuery Wanted;
     std::string Needle;  // in lower case unless case matters
     Range First;
     Range Second;
