@@ -1,6 +1,7 @@
 #include <array>
 #include <cstdio>
 #include <numeric>
+#include <stdexcept>
 
 #include "app/textFile.h"
 #include "tests/fixture.h"
@@ -149,6 +150,8 @@ TEST_F(WindowTest, AFailedSaveIsReportedAndKeepsWhatWasWritten) {
     EXPECT_TRUE(Same(Read("part"), Noise(3000))) << "no target is left open";
     TheHost.Settings.Write = [](const auto&...) { Raise(kPathFileAccessError); };
     EXPECT_EQ(save("x"), ErrorBox(75));
+    TheHost.Settings.Write = [](const auto&...) { throw std::runtime_error("text"); };
+    EXPECT_EQ(save("x"), "box\tError\tThe command ended with an unexpected error.\\r\\ntext\n");
     EXPECT_TRUE(Window->Form.listDIR.Enabled) << "an uncaught error ends the busy state";
     EXPECT_FALSE(Busy);
 }
@@ -216,7 +219,7 @@ TEST_F(WindowTest, WithoutPermissionNothingIsChanged) {
     EXPECT_EQ(Read("out/a"), "kept");
 }
 
-TEST_F(WindowTest, TheOpenImageIsReadOnlyAndIsNotExchanged) {
+TEST_F(WindowTest, TheOpenImageIsReadOnlyAndIsNotReplaced) {
     const Image first = SampleImage();
     Open(first);
     EXPECT_TRUE(IsOpenForReadingOnly(At("disk.img")));
@@ -297,9 +300,9 @@ TEST_F(WindowTest, TheDisplayIsSavedAsText) {
     // STOP ends a view that is started meanwhile; Close ends the save, which reports it, and
     // closes.
     Run("choose Dump");
-    int turns = 0;
-    Window->Desktop.OnEvents = [this, &turns] {
-        if (turns++ == 0) Run("stop-at 1\nchoose Display");
+    int calls = 0;
+    Window->Desktop.OnEvents = [this, &calls] {
+        if (calls++ == 0) Run("stop-at 1\nchoose Display");
     };
     EXPECT_EQ(Run("file @/whole.txt\nmenu Save Display"), "");
     Window->Desktop.OnEvents = nullptr;
