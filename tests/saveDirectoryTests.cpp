@@ -162,5 +162,47 @@ TEST_F(WindowTest, NamesFromTheImageStayInsideTheChosenFolder) {
     EXPECT_EQ(Read("case/out/__/filelink"), "8") << "the file replaced the link";
 }
 
+TEST_F(WindowTest, FilesOfOneHostNameAreAllSaved) {
+    const std::u16string wide(200, u'\u00E9');  // two bytes each
+    const std::pair<std::u16string, std::string> names[] = {
+        {u"x/b.txt", "x_b.txt"},
+        {u"x_b.txt", "x_b (2).txt"},
+        {u"x\x01"
+         u"b.txt",
+         "x_b (3).txt"},
+        {u"x_b (4).txt", "x_b (4).txt"},
+        {u"x_b.txt", "x_b (5).txt"},
+        {u"..", "__"},
+        {u"__", "__ (2)"},
+        {u".hidden", ".hidden"},
+        {u".hidden", ".hidden (2)"},
+        {u"\xD800", "\xEF\xBF\xBD"},
+        {u"\xDC00", "\xEF\xBF\xBD (2)"},
+        {wide + u"1", Times(127, "\xC3\xA9")},
+        {wide + u"2", Times(125, "\xC3\xA9") + " (2)"},
+        {u"linked", "linked (6)"}};
+    Image image;
+    std::string lines;
+    Long content = 0;
+    for (const auto& [longName, host] : names) {
+        image.AddFile(0, {.Name = "F", .LongName = longName}, std::to_string(++content));
+        lines += "Saved - @/out/disk/" + host + "\r\n";
+    }
+    Open(image);
+    fs::create_directories(At("out/disk"));
+    Write("out/disk/x_b (2).txt", std::string("from before the run"));
+    // A host on which "linked" is another name of the first file, as where case does not count.
+    Window->Desktop.OnEvents = [this] {
+        std::error_code notYet;
+        fs::create_hard_link(At("out/disk/x_b.txt"), At("out/disk/linked"), notYet);
+    };
+    EXPECT_EQ(Run("folder @/out\nmenu Save Directory\nshow display"),
+              lines + "\r\n Total Files  - 14  Saved - 14  Failed - 0");
+    content = 0;
+    for (const auto& [longName, host] : names) {
+        EXPECT_EQ(Read("out/disk/" + host), std::to_string(++content)) << host;
+    }
+}
+
 }  // namespace
 }  // namespace tessel
