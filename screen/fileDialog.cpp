@@ -1,11 +1,16 @@
 #include "screen/fileDialog.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QListView>
+#include <QLocale>
 #include <QRegularExpression>
+#include <QTreeView>
+#include <algorithm>
+#include <array>
 
 #include "platform/hostFiles.h"
 #include "screen/bindControls.h"
@@ -136,12 +141,36 @@ void Prepare(QFileDialog& view, const CommonDialog& dialog, bool saving) {
     if (!dialog.FileName.empty()) view.selectFile(Suggestion(dialog.FileName));
 }
 
+/// Makes the columns of the toolkit's list, and the dialog with them, wide enough for sizes and
+/// dates.
+void WidenColumns(QFileDialog& view) {
+    auto* const list = view.findChild<QTreeView*>("treeView");
+    if (list == nullptr) return;  // the desktop's dialog
+    constexpr int kNameWidth = 240;
+    constexpr int kPadding = 12;
+    const QFontMetrics metrics = list->fontMetrics();
+    const QString date =
+        QLocale().toString(QDateTime({2000, 12, 30}, {22, 22, 22}), QLocale::ShortFormat);
+    const std::array<int, 4> widths = {kNameWidth,
+                                       metrics.horizontalAdvance("1000.00 MiB") + kPadding,
+                                       metrics.horizontalAdvance("Raw disk image") + kPadding,
+                                       metrics.horizontalAdvance(date) + 2 * kPadding};
+    int all = 0;
+    for (std::size_t column = 0; column < widths.size(); ++column) {
+        list->setColumnWidth(static_cast<int>(column), widths[column]);
+        all += widths[column];
+    }
+    constexpr int kSideBar = 160;
+    view.resize(std::max(view.width(), all + kSideBar), view.height());
+}
+
 /// The path that the user chooses; empty after Cancel.
 QString Choose(const CommonDialog& dialog, bool saving) {
     const NormalPointerScope pause;
     QFileDialog view(DialogOwner());
     Prepare(view, dialog, saving);
     TrustTypedPaths(view);
+    WidenColumns(view);
     while (view.exec() == QDialog::Accepted) {
         const QStringList chosen = view.selectedFiles();
         if (chosen.isEmpty()) continue;
