@@ -2,6 +2,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QFileOpenEvent>
+#include <QFont>
 #include <QIcon>
 #include <QTimer>
 
@@ -35,6 +36,18 @@ class Application : public QApplication {
     }
 };
 
+/// Windows maps "MS Shell Dlg" to an installed font; elsewhere (Wine) it stays a mere name, for
+/// which the toolkit takes any font, even one with serifs.
+void ReplaceMappedFonts() {
+    for (const char* widgets : {"", "QMenu", "QMenuBar", "QMessageBox"}) {
+        const char* const name = *widgets == '\0' ? nullptr : widgets;
+        QFont font = QApplication::font(name);
+        if (!font.family().startsWith("MS Shell Dlg")) continue;
+        font.setFamilies({"Tahoma", "Microsoft Sans Serif", "Arial", "Liberation Sans"});
+        QApplication::setFont(font, name);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -54,6 +67,7 @@ int main(int argc, char* argv[]) {
     const std::optional<QString> image = tessel::ImageFromCommandLine();
     if (!image) return kUsageError;
     QApplication::setWindowIcon(ProgramIcon());
+    ReplaceMappedFonts();
 
     tessel::FillHost();
     tessel::formTessel form;

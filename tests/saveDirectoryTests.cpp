@@ -89,8 +89,8 @@ TEST_F(WindowTest, FailuresInSaveDirectoryAreCounted) {
     // link.
     fs::remove(At("out/disk"));
     fs::create_directory(At("outside"));
-    fs::create_directory_symlink(At("outside"), At("out/disk"));
-    fs::create_directory_symlink(At("outside"), At("link"));
+    if (!MakeLink(At("outside"), At("out/disk"))) GTEST_SKIP() << "this host makes no links";
+    MakeLink(At("outside"), At("link"));
     EXPECT_EQ(run("out"),
               OpenErrorBox(58, "out/disk/Read me first.txt", "A symbolic link" + inPlace));
     EXPECT_EQ(Show("display"), both);
@@ -148,9 +148,11 @@ TEST_F(WindowTest, NamesFromTheImageStayInsideTheChosenFolder) {
     image.AddFile(evil, {.Name = "A/B.C"}, "deep");
     fs::create_directories(At("case/out/__/folder"));
     Write("case/victim", std::string("safe"));
-    fs::create_symlink(At("case/victim"), At("case/out/__/filelink"));
-    fs::create_symlink(At("case"), At("case/out/__/dirlink"));
-    fs::create_symlink(At("case/new"), At("case/out/__/dangling"));
+    if (!MakeLink(At("case/victim"), At("case/out/__/filelink"))) {
+        GTEST_SKIP() << "this host makes no links";
+    }
+    MakeLink(At("case"), At("case/out/__/dirlink"));
+    MakeLink(At("case/new"), At("case/out/__/dangling"));
 
     Open(image, "...img");
     Run("folder @/case/out\nmenu Save Directory\ndouble 12\nfolder-close\nmenu Save Directory");

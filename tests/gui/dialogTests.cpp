@@ -1,6 +1,3 @@
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <QAbstractItemView>
 #include <QComboBox>
 #include <QInputDialog>
@@ -166,7 +163,7 @@ TEST_F(DialogTest, SavingRefusesAtOnceWhatIsNeverReplaced) {
     fs::create_hard_link(At("disk.img"), At("hard"));
     fs::create_symlink(At("disk.img"), At("link"));
     fs::create_symlink(At("gone"), At("dangling"));
-    ASSERT_EQ(mkfifo(At("pipe").c_str(), 0600), 0);
+    ASSERT_TRUE(MakePipe(At("pipe")));
     const std::string before = Tree("");
     const std::string image = "This is the image itself, which is never written.";
     const std::pair<std::string, std::string> rows[] = {
@@ -211,10 +208,11 @@ TEST_F(DialogTest, ASuggestedNameStaysInTheFolder) {
 
 TEST_F(DialogTest, BoxesShowAnyTextUnchangedAndAskForTheOffset) {
     const std::string name = "<u>a<br>&lt;.img";
-    ASSERT_EQ(mkfifo(At(name).c_str(), 0600), 0);
-    AnswerFile(name);
-    AnswerBox("Error", "even if you open the file as R/O\n" + At(name), QMessageBox::Ok);
-    Menu("File", "Open");
+    if (MakePipe(At(name))) {  // a host that allows no such name cannot show it
+        AnswerFile(name);
+        AnswerBox("Error", "even if you open the file as R/O\n" + At(name), QMessageBox::Ok);
+        Menu("File", "Open");
+    }
 
     const auto ask = [this](const char* before, const char* typed) {
         OnDialog<QInputDialog>([=](QInputDialog& dialog) {
@@ -408,7 +406,7 @@ TEST_F(ChooserTest, KeysAndMouseNavigateTheHostsFolders) {
         EXPECT_EQ(CurrentFolder(), "/a") << "a folder that no longer exists";
         EXPECT_EQ(Folders->currentItem()->childCount(), 1);
         Enter("out");
-        if (geteuid() != 0) {  // root may read any folder
+        if (!FolderCanBeListed(At("out/locked"))) {  // except by root may read any folder
             Enter("locked");
             EXPECT_EQ(Line->text().toStdString(), At("out"));
             EXPECT_EQ(Form->Chooser->dirDirBox.Path(), At("out"));
