@@ -94,7 +94,9 @@ FolderHandle::FolderHandle(const FolderHandle& parent, const std::string& name)
     const int hostError = errno;
     if (hostError == ENOENT) Raise(kPathNotFound);
     if (hostError == ENOTDIR || hostError == ELOOP) {
-        const bool link = parent.Look(name).IsLink;
+        // A folder that has the name again was exchanged for a link while it was opened.
+        const FolderEntry entry = parent.Look(name);
+        const bool link = entry.IsLink || entry.Kind == EntryKind::kFolder;
         Raise(kFileAlreadyExists, (link ? "A symbolic link has the name of the folder: "
                                         : "A file has the name of the folder: ") +
                                       OwnPath);
