@@ -20,6 +20,7 @@ struct PageAllocator {
     template <class U>
     explicit PageAllocator(const PageAllocator<U>& /*other*/) {}
 
+    // NOLINTBEGIN(readability-identifier-naming): names of the standard library
     T* allocate(std::size_t count) {
         return static_cast<T*>(::operator new(count * sizeof(T), kPage));
     }
@@ -31,6 +32,7 @@ struct PageAllocator {
     void construct(U* element, Value&& value) {
         ::new (static_cast<void*>(element)) U(std::forward<Value>(value));
     }
+    // NOLINTEND(readability-identifier-naming)
 
     bool operator==(const PageAllocator&) const = default;
 };

@@ -50,7 +50,7 @@ bool MayBeFat(const TableVolume& volume) {
 }
 
 std::string FatText(const TableVolume& volume) {
-    const std::string fat = volume.Kind == VolumeKind::kFat12 ? "FAT12" : "FAT16";
+    std::string fat = volume.Kind == VolumeKind::kFat12 ? "FAT12" : "FAT16";
     if (volume.BytesPerSector == kSectorBytes) return fat;
     return fat + " with sectors of " + Grouped(volume.BytesPerSector) + " bytes";
 }

@@ -181,7 +181,7 @@ class TableReader {
 
     /// An entry in use, with its offset relative to `base`.
     static std::optional<TableVolume> MbrEntry(ByteBuffer sector, int index, std::int64_t base) {
-        const auto at = static_cast<std::size_t>(mbr::kEntries + index * mbr::kEntryBytes);
+        const auto at = mbr::kEntries + static_cast<std::size_t>(index) * mbr::kEntryBytes;
         const ByteBuffer entry = sector.subspan(at, mbr::kEntryBytes);
         const std::int64_t start = Unsigned32(entry, mbr::kFirstSector) * kSectorBytes;
         const std::int64_t size = Unsigned32(entry, mbr::kSectors) * kSectorBytes;
