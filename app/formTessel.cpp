@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "reports/directoryLines.h"
 #include "volume/modGlobals.h"
 #include "volume/saveTarget.h"
 
@@ -29,6 +30,7 @@ formTessel::formTessel() {
 
     listDIR.Name = "listDIR";
     listDIR.Bounds = ControlBounds{0, 1560, 1815, 3210};
+    listDIR.Hint = EntryHint;
     listDIR.Click = Guarded(&formTessel::listDIR_Click);
     listDIR.DblClick = Guarded(&formTessel::listDIR_DblClick);
     rtfDisplay.Name = "rtfDisplay";

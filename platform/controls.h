@@ -84,6 +84,8 @@ class ListBox {
     Property<bool> Enabled{true};
     std::function<void()> Click{};     ///< a line was selected
     std::function<void()> DblClick{};  ///< a line was double-clicked; Click was raised before
+    /// Returns more about the line with this number, for its tool tip and accessible description.
+    std::function<std::string(Long itemData)> Hint{};
 
     void Clear();
     void AddItem(std::string text, Long itemData);

@@ -7,6 +7,20 @@ namespace {
 
 /// Bytes of a part of WriteTo.
 constexpr std::int64_t kPartSize = 2 << 20;
+/// Bytes of a literal text between two counts of UTF-16 units.
+constexpr std::size_t kUtf16Block = 4096;
+
+/// The UTF-16 units of the character that begins with `byte`; 0 for a continuation byte.
+int Utf16Units(char byte) {
+    const auto code = static_cast<unsigned char>(byte);
+    return static_cast<int>((code & 0xC0U) != 0x80U) + static_cast<int>(code >= 0xF0U);
+}
+
+std::int64_t CountUtf16(std::string_view text) {
+    std::int64_t units = 0;
+    for (const char byte : text) units += Utf16Units(byte);
+    return units;
+}
 
 template <class... F>
 struct Overloaded : F... {
@@ -21,10 +35,13 @@ void TextDisplay::LiteralText::Append(std::string_view text) {
     // A CR at the end of the current text may be the first half of a CR LF.
     if (Text.ends_with('\r') && text.starts_with('\n')) LineStarts.pop_back();
     Text += text;
-    AddLineStarts(Text.size() - text.size());
+    Index(Text.size() - text.size());
 }
 
-void TextDisplay::LiteralText::AddLineStarts(std::size_t from) {
+void TextDisplay::LiteralText::Index(std::size_t from) {
+    for (std::size_t at = Utf16Marks.size() * kUtf16Block; at < Text.size(); at += kUtf16Block) {
+        Utf16Marks.push_back(Utf16Before(static_cast<TextOffset>(at)));
+    }
     std::string_view rest = std::string_view(Text).substr(from);
     const auto addStartAfter = [this, &rest](std::size_t at) {
         const std::size_t start = Text.size() - rest.size();
@@ -41,6 +58,27 @@ void TextDisplay::LiteralText::AddLineStarts(std::size_t from) {
         addStartAfter(lf);
         rest.remove_prefix(lf + 1);
     }
+}
+
+std::int64_t TextDisplay::LiteralText::Utf16Before(TextOffset at) const {
+    const auto to = static_cast<std::size_t>(at);
+    if (to == 0 || Utf16Marks.empty()) return 0;
+    const std::size_t block = std::min(to / kUtf16Block, Utf16Marks.size() - 1);
+    const std::size_t from = block * kUtf16Block;
+    return Utf16Marks[block] + CountUtf16(std::string_view(Text).substr(from, to - from));
+}
+
+TextOffset TextDisplay::LiteralText::OffsetOfUtf16(std::int64_t unit) const {
+    const auto mark = std::upper_bound(Utf16Marks.begin(), Utf16Marks.end(), unit);
+    if (mark == Utf16Marks.begin()) return 0;
+    std::int64_t units = *std::prev(mark);
+    auto at = static_cast<std::size_t>(mark - Utf16Marks.begin() - 1) * kUtf16Block;
+    for (; at < Text.size(); ++at) {
+        const int width = Utf16Units(Text[at]);
+        if (width > 0 && units + width > unit) break;
+        units += width;
+    }
+    return static_cast<TextOffset>(at);
 }
 
 std::int64_t TextDisplay::Piece::Size() const {
@@ -85,6 +123,16 @@ TextOffset TextDisplay::Piece::AfterBreak(std::int64_t n) const {
                       Content);
 }
 
+std::int64_t TextDisplay::Piece::Utf16Before(TextOffset at) const {
+    const auto* literal = std::get_if<LiteralText>(&Content);
+    return literal != nullptr ? literal->Utf16Before(at) : at;
+}
+
+TextOffset TextDisplay::Piece::OffsetOfUtf16(std::int64_t unit) const {
+    const auto* literal = std::get_if<LiteralText>(&Content);
+    return literal != nullptr ? literal->OffsetOfUtf16(unit) : unit;
+}
+
 void TextDisplay::Clear() {
     ++Generations;
     Pieces.clear();
@@ -96,8 +144,8 @@ void TextDisplay::Replace(std::string text) {
     ++Generations;
     Pieces.clear();
     if (!text.empty()) {
-        LiteralText literal{.Text = std::move(text), .LineStarts = {}};
-        literal.AddLineStarts(0);
+        LiteralText literal{.Text = std::move(text), .LineStarts = {}, .Utf16Marks = {}};
+        literal.Index(0);
         AddPiece(std::move(literal));
     }
     Notify();
@@ -129,7 +177,7 @@ void TextDisplay::GrowLast(std::int64_t size, std::int64_t lineBreaks) {
 void TextDisplay::AddPiece(std::variant<LiteralText, GeneratedText> content) {
     const TextOffset start = Size();
     const std::int64_t before = LineCount() - 1;
-    Pieces.push_back({std::move(content), start, before});
+    Pieces.push_back({std::move(content), start, before, Utf16Before(start)});
 }
 
 void TextDisplay::Notify() const {
@@ -172,6 +220,25 @@ std::int64_t TextDisplay::LineAt(TextOffset at) const {
         line = piece.BreaksBefore + piece.BreaksUpTo(std::min(at - piece.Start, piece.Size()));
     }
     return line;
+}
+
+std::int64_t TextDisplay::Utf16Before(TextOffset at) const {
+    at = std::clamp<TextOffset>(at, 0, Size());
+    std::int64_t units = 0;
+    for (const Piece& piece : Pieces) {
+        if (piece.Start > at) break;
+        units = piece.Utf16Start + piece.Utf16Before(std::min(at - piece.Start, piece.Size()));
+    }
+    return units;
+}
+
+TextOffset TextDisplay::OffsetOfUtf16(std::int64_t unit) const {
+    TextOffset at = 0;
+    for (const Piece& piece : Pieces) {
+        if (piece.Utf16Start > unit) break;
+        at = piece.Start + std::min(piece.OffsetOfUtf16(unit - piece.Utf16Start), piece.Size());
+    }
+    return at;
 }
 
 std::string TextDisplay::Text(TextOffset at, std::int64_t count) const {

@@ -16,8 +16,8 @@ namespace tessel {
 /// An offset in a display's text: bytes of UTF-8 from its start.
 using TextOffset = std::int64_t;
 
-/// A piece of text that is generated on request, by the functions in this record. Offsets count
-/// from the start of the piece. A line break is CR LF, or a CR or LF alone.
+/// A piece of ASCII text that is generated on request, by the functions in this record. Offsets
+/// count from the start of the piece. A line break is CR LF, or a CR or LF alone.
 struct GeneratedText {
     std::int64_t Size = 0;        ///< bytes of text
     std::int64_t LineBreaks = 0;  ///< line breaks in it
@@ -59,6 +59,13 @@ class TextDisplay {
     /// The line that contains the byte at `at`; offsets outside the text are clamped to it.
     std::int64_t LineAt(TextOffset at) const;
 
+    /// The number of UTF-16 units in the text before `at`; offsets outside the text count as its
+    /// ends.
+    std::int64_t Utf16Before(TextOffset at) const;
+    /// The offset of the character that contains UTF-16 unit `unit`: 0 for a negative unit, Size()
+    /// for one past the last.
+    TextOffset OffsetOfUtf16(std::int64_t unit) const;
+
     /// Up to `count` bytes of the text from `at` on.
     std::string Text(TextOffset at, std::int64_t count) const;
     /// The whole text.
@@ -82,20 +89,26 @@ class TextDisplay {
   private:
     struct LiteralText {
         std::string Text{};
-        std::vector<TextOffset> LineStarts{};  // the offset after each line break
+        std::vector<TextOffset> LineStarts{};    // the offset after each line break
+        std::vector<std::int64_t> Utf16Marks{};  // UTF-16 units before every kUtf16Block bytes
         void Append(std::string_view text);
-        void AddLineStarts(std::size_t from);
+        void Index(std::size_t from);
+        std::int64_t Utf16Before(TextOffset at) const;
+        TextOffset OffsetOfUtf16(std::int64_t unit) const;
     };
     struct Piece {
         std::variant<LiteralText, GeneratedText> Content;
         TextOffset Start = 0;           // its offset in the whole text
         std::int64_t BreaksBefore = 0;  // line breaks in the pieces before it
+        std::int64_t Utf16Start = 0;    // UTF-16 units in the pieces before it
 
         std::int64_t Size() const;
         std::int64_t LineBreaks() const;
         void Read(TextOffset at, std::span<char> text) const;
         std::int64_t BreaksUpTo(TextOffset at) const;
         TextOffset AfterBreak(std::int64_t n) const;
+        std::int64_t Utf16Before(TextOffset at) const;
+        TextOffset OffsetOfUtf16(std::int64_t unit) const;
     };
 
     void AddPiece(std::variant<LiteralText, GeneratedText> content);

@@ -28,6 +28,14 @@ std::string ListLine(Long row, bool full) {
     return line;
 }
 
+std::string EntryHint(Long row) {
+    const DirEntry& e = DirEntries(row);
+    std::string hint = LongNameText(row);
+    if (!hint.empty()) hint += ", ";
+    if (IsDirectory(row)) return hint + "directory";
+    return hint + "file, " + SizeText(static_cast<std::uint32_t>(e.FileSize));
+}
+
 std::string DateTimeText(Long date, Long time) {
     const Long day = date & 31;
     const Long month = date >> 5 & 15;

@@ -1,6 +1,7 @@
 #include "screen/bindControls.h"
 
 #include <QApplication>
+#include <QFocusEvent>
 #include <QFontInfo>
 #include <QFontMetrics>
 #include <QGroupBox>
@@ -13,6 +14,7 @@
 #include <QShortcut>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "screen/display/scale.h"
 
@@ -21,6 +23,7 @@ namespace {
 
 constexpr int kCaptionPixels = 11;
 constexpr int kMinCaptionPixels = 8;
+constexpr int kBusyDelay = 50;  // ms
 /// The height above the first control inside a frame.
 constexpr int kFrameCaptionTwips = 240;
 
@@ -149,20 +152,42 @@ QFont CaptionFont(QSize available, const QString& caption) {
     return font;
 }
 
-void FocusRestorer::SetEnabled(QWidget& widget, bool enabled) {
-    QWidget* const before = widget.window()->focusWidget();
-    widget.setEnabled(enabled);
-    if (!enabled && before == &widget) {
-        if (!Lost) Lost = &widget;
-        // The toolkit moves the focus to another widget, which may be disabled next.
-        Fallback = widget.window()->focusWidget();
+EnabledStates::EnabledStates(QObject* parent) : QObject(parent) {
+    Delay.setSingleShot(true);
+    Delay.setInterval(kBusyDelay);
+    connect(&Delay, &QTimer::timeout, this, [this] { ShowAll(); });
+}
+
+void EnabledStates::Follow(Property<bool>& enabled, QWidget& widget) {
+    Controls.push_back({&widget, &enabled});
+    widget.installEventFilter(this);
+    enabled.Observe([this, &widget](bool on) {
+        if (on || !widget.isVisible()) {
+            widget.setEnabled(on);
+        } else if (!Delay.isActive()) {
+            Delay.start();
+        }
+        if (on && &widget == Awaited) std::exchange(Awaited, nullptr)->setFocus();
+    });
+}
+
+void EnabledStates::ShowAll() {
+    for (const Control& control : Controls) {
+        QWidget& widget = *control.Widget;
+        if (*control.Enabled || widget.window()->focusWidget() != &widget) {
+            widget.setEnabled(*control.Enabled);
+        }
     }
-    if (!enabled || Lost != &widget) return;
-    // If the user has moved the focus in the meantime, it stays there.
-    const bool moved = Fallback && before != nullptr && before != Fallback && before->isEnabled();
-    Lost = nullptr;
-    Fallback = nullptr;
-    if (!moved) widget.setFocus(Qt::OtherFocusReason);
+}
+
+bool EnabledStates::eventFilter(QObject*, QEvent* event) {
+    if (event->type() != QEvent::FocusOut) return false;
+    // A menu and another window return the focus.
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    const bool returns = reason == Qt::MenuBarFocusReason || reason == Qt::PopupFocusReason ||
+                         reason == Qt::ActiveWindowFocusReason;
+    if (!returns) Delay.start();
+    return false;
 }
 
 void EnterButton::keyPressEvent(QKeyEvent* event) {

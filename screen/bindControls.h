@@ -1,12 +1,13 @@
 #pragma once
 
 #include <QFont>
-#include <QPointer>
 #include <QPushButton>
 #include <QRect>
 #include <QSize>
 #include <QString>
+#include <QTimer>
 #include <string>
+#include <vector>
 
 #include "platform/controls.h"
 #include "screen/optionView.h"
@@ -32,17 +33,31 @@ QRect ToPixels(const ControlBounds& bounds);
 /// much smaller as `caption` needs.
 QFont CaptionFont(QSize available, const QString& caption = {});
 
-/// Returns the focus to a control that lost it by being disabled, once it is enabled again: the
-/// focus stays in the list while the user holds an arrow key and each view disables the list.
-class FocusRestorer {
+/// Shows which controls are enabled. In a visible window controls are disabled after a short delay,
+/// so that short operations change nothing on screen, nor for screen readers. A control that has
+/// the focus stays enabled for the toolkit, because disabling it would move the focus. In both
+/// cases the record ignores the user.
+class EnabledStates : public QObject {
   public:
-    void SetEnabled(QWidget& widget, bool enabled);
-    /// Gives the focus to `widget` when it is enabled for the first time.
-    void Expect(QWidget& widget) { Lost = &widget; }
+    explicit EnabledStates(QObject* parent);
+    /// `widget` follows `enabled` from now on.
+    void Follow(Property<bool>& enabled, QWidget& widget);
+
+    /// Gives `widget` the focus when its record is enabled the next time.
+    void FocusNext(QWidget& widget) { Awaited = &widget; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    QPointer<QWidget> Lost;
-    QPointer<QWidget> Fallback;  // the widget that the toolkit moved the focus to
+    struct Control {
+        QWidget* Widget;
+        const Property<bool>* Enabled;
+    };
+    void ShowAll();
+
+    std::vector<Control> Controls;
+    QWidget* Awaited = nullptr;
+    QTimer Delay;
 };
 
 /// A push button that Enter presses, too, while it has the focus.

@@ -1,5 +1,6 @@
 #include "screen/bindLists.h"
 
+#include <QAccessible>
 #include <QComboBox>
 #include <QDir>
 #include <QFileInfo>
@@ -61,8 +62,20 @@ int ListLines::rowCount(const QModelIndex& parent) const { return parent.isValid
 
 QVariant ListLines::data(const QModelIndex& index, int role) const {
     // The record may have lost lines since the last Refresh.
-    if (role != Qt::DisplayRole || !index.isValid() || index.row() >= List.Count()) return {};
-    return ToQt(List.Text(index.row()));
+    if (!index.isValid() || index.row() >= List.Count()) return {};
+    if (role == Qt::DisplayRole) return ToQt(List.Text(index.row()));
+    if (!List.Hint) return {};
+    if (role == Qt::AccessibleDescriptionRole) return Hint(index.row());
+    if (role == Qt::ToolTipRole) return TipText(Hint(index.row()));
+    return {};
+}
+
+QString ListLines::Hint(int line) const {
+    try {
+        return SingleLine(List.Hint(List.ItemData(line)));
+    } catch (const RuntimeError&) {
+        return {};  // the directory is being replaced
+    }
 }
 
 QModelIndexList ListLines::match(const QModelIndex& start, int, const QVariant& value, int,
@@ -142,6 +155,28 @@ void ListView::paintEvent(QPaintEvent* event) {
     PaintFocus(*this);
 }
 
+void ListView::initViewItemOption(QStyleOptionViewItem* option) const {
+    QListView::initViewItemOption(option);
+    if (List.Enabled) return;
+    option->state &= ~QStyle::State_Enabled;
+    option->palette.setCurrentColorGroup(QPalette::Disabled);
+}
+
+void ListView::focusInEvent(QFocusEvent* event) {
+    QListView::focusInEvent(event);
+    // After the toolkit has reported the focus of the list itself.
+    QMetaObject::invokeMethod(
+        this, [this] { NotifyLine(); }, Qt::QueuedConnection);
+}
+
+void ListView::NotifyLine() {
+    const int line = currentIndex().row();
+    if (line < 0 || !hasFocus()) return;
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(line);
+    QAccessible::updateAccessibility(&event);
+}
+
 void ListView::mousePressEvent(QMouseEvent* event) {
     const int line = LineUnder(event);
     if (event->button() != Qt::LeftButton || line < 0) return;
@@ -171,6 +206,7 @@ void ListView::mouseDoubleClickEvent(QMouseEvent* event) {
 void ListView::keyPressEvent(QKeyEvent* event) {
     if (Stale) FollowLines();
     const int line = List.ListIndex();
+    if (!List.Enabled) return event->ignore();
     if (IsEnter(event)) {
         if (line >= 0 && !event->isAutoRepeat()) List.DoubleClickLine(line);
     } else if (event->key() == Qt::Key_Escape) {
@@ -189,7 +225,6 @@ ListView* BindListBox(ListBox& list, const QString& meaning, QWidget* parent) {
     view->setAccessibleName(meaning);
     list.TakeFocus = [view] { view->setFocus(Qt::OtherFocusReason); };
     list.Bounds.Observe([view](const ControlBounds& at) { view->setGeometry(ToPixels(at)); });
-    list.Enabled.Observe([view](bool enabled) { view->setEnabled(enabled); });
     return view;
 }
 

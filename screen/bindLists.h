@@ -22,6 +22,8 @@ class ListLines : public QAbstractListModel {
                           Qt::MatchFlags flags) const override;
 
   private:
+    QString Hint(int line) const;
+
     ListBox& List;
     int Rows = 0;
 };
@@ -35,6 +37,8 @@ class ListView : public QListView {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void initViewItemOption(QStyleOptionViewItem* option) const override;
+    void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -47,6 +51,8 @@ class ListView : public QListView {
     void FollowSelection();
     void TakeSelection();
     int LineUnder(const QMouseEvent* event);
+
+    void NotifyLine();
 
     ListBox& List;
     ListLines* Lines;

@@ -38,7 +38,8 @@ std::optional<QString> DroppedFile(const QDropEvent& event) {
 
 }  // namespace
 
-MainScreen::MainScreen(formTessel& form) : Form(form), Inside(new QWidget(this)) {
+MainScreen::MainScreen(formTessel& form)
+    : Form(form), Inside(new QWidget(this)), Enabled(new EnabledStates(this)) {
     setCentralWidget(Inside);
     Inside->installEventFilter(this);
     BindMenu(form.mnuFile, *menuBar());
@@ -82,10 +83,11 @@ MainScreen::~MainScreen() { OnMessageEsc = nullptr; }
 
 void MainScreen::MakeControls() {
     QWidget* frame = BindFrame(Form.Frame1, Inside);
+    frame->setAccessibleName("Display mode");
     std::vector<QWidget*> options;
     for (OptionButton& option : Form.optDisplay) {
         OptionView* view = BindOptionButton(option, frame);
-        KeepFocus(option.Enabled, *view);
+        Enabled->Follow(option.Enabled, *view);
         options.push_back(view);
     }
     BindLabel(Form.lblVolumeID, "Volume label", Inside);
@@ -96,7 +98,6 @@ void MainScreen::MakeControls() {
     auto* list = BindListBox(Form.listDIR, "Directory list", Inside);
     Display = new DisplayView(Form.rtfDisplay, Inside);
     DisplayView* const display = Display;
-    if (display->accessibleName().isEmpty()) display->setAccessibleName("Display");
     Line = new ProgressLine(Inside);
     Form.rtfDisplay.Bounds.Observe([display, line = Line](const ControlBounds& at) {
         const QRect bounds = ToPixels(at);
@@ -109,13 +110,16 @@ void MainScreen::MakeControls() {
     auto* root = BindButton(Form.cmdRoot, Inside);
     auto* directory = BindButton(Form.cmdDirectory, Inside);
 
-    // Not STOP: it would get the focus whenever a long operation begins.
-    KeepFocus(Form.listDIR.Enabled, *list);
-    KeepFocus(Form.cmdDisplayBootSector.Enabled, *bootSector);
-    KeepFocus(Form.cmdFat0.Enabled, *fat0);
-    KeepFocus(Form.cmdRoot.Enabled, *root);
-    KeepFocus(Form.cmdDirectory.Enabled, *directory);
-    Focus.Expect(*list);
+    // STOP gives the focus back when the operation has ended.
+    Form.cmdABORT.Enabled.Observe([this, stop, list](bool on) {
+        if (!on && stop->hasFocus()) Enabled->FocusNext(*list);
+        stop->setEnabled(on);
+    });
+    Enabled->Follow(Form.listDIR.Enabled, *list);
+    Enabled->Follow(Form.cmdDisplayBootSector.Enabled, *bootSector);
+    Enabled->Follow(Form.cmdFat0.Enabled, *fat0);
+    Enabled->Follow(Form.cmdRoot.Enabled, *root);
+    Enabled->Follow(Form.cmdDirectory.Enabled, *directory);
 
     QWidget* before = list;
     for (QWidget* next : {static_cast<QWidget*>(display), static_cast<QWidget*>(stop),
@@ -125,10 +129,6 @@ void MainScreen::MakeControls() {
         setTabOrder(before, next);
         before = next;
     }
-}
-
-void MainScreen::KeepFocus(Property<bool>& enabled, QWidget& view) {
-    enabled.Observe([this, &view](bool on) { Focus.SetEnabled(view, on); });
 }
 
 void MainScreen::ShowChooser() {

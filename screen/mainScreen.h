@@ -41,13 +41,12 @@ class MainScreen : public QMainWindow {
     void MakeHelpMenu();
     void MakeControls();
     void FollowSize();
-    void KeepFocus(Property<bool>& enabled, QWidget& view);
 
     formTessel& Form;
     QWidget* Inside;  // the area below the menu bar
+    EnabledStates* Enabled;
     DisplayView* Display = nullptr;
     ProgressLine* Line = nullptr;
-    FocusRestorer Focus;
     std::unique_ptr<ChooserScreen> Chooser;
     std::unique_ptr<GuideScreen> Guide;
     bool Sized = false;

@@ -187,6 +187,24 @@ TEST_F(ViewTest, AHugeClaimCostsNeitherTimeNorMemory) {
         << "one cluster past the volume, and no more";
 }
 
+TEST_F(ViewTest, Utf16UnitsAreCountedInCharactersOfEveryWidth) {
+    const std::string characters = "a\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80";  // 10 bytes, 5 units
+    for (int i = 0; i < 3000; ++i) Text.Append(characters);
+    std::string wrong;
+    for (std::int64_t i = 0; i < 3000; ++i) {
+        for (const auto& [offset, unit] : {std::pair{0, 0}, {1, 1}, {3, 2}, {6, 3}}) {
+            if (Text.Utf16Before(10 * i + offset) == 5 * i + unit &&
+                Text.OffsetOfUtf16(5 * i + unit) == 10 * i + offset)
+                continue;
+            wrong += " " + std::to_string(10 * i + offset);
+        }
+    }
+    EXPECT_EQ(wrong, "");
+    EXPECT_EQ(Text.OffsetOfUtf16(4), 6) << "the second half of a surrogate pair";
+    EXPECT_EQ(Text.Utf16Before(Text.Size() + 1), 15000);
+    EXPECT_EQ(Text.OffsetOfUtf16(15001), Text.Size());
+}
+
 TEST_F(ViewTest, TheWholeRootDirectoryIsDumped) {
     for (const int entries : {0, 1, 4096}) {
         Layout layout = Layout::Fat16(6000);

@@ -4,15 +4,14 @@ namespace tessel {
 
 class DisplayView;
 
-/// Makes displays readable for screen readers: they find the lines in sight as a text of their own,
-/// whose offsets count from the first of them. Called by each view; the first call counts.
+/// Makes displays readable for screen readers: the whole text, caret and selection, with offsets in
+/// UTF-16 units. Each view calls it; calls after the first have no effect.
 void InstallAccessibility();
 
-/// True while something listens; what is told below costs nothing otherwise.
-bool AccessibilityActive();
-/// The lines in sight may be others now.
-void NotifyVisibleLines(DisplayView& view);
-/// The caret or the selection has moved.
+/// Reports that the text has changed, by the part of the change that is visible. Has no effect if
+/// the text has not changed.
+void NotifyText(DisplayView& view);
+/// Reports that the caret or the selection has changed.
 void NotifySelection(DisplayView& view);
 
 }  // namespace tessel

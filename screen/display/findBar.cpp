@@ -1,5 +1,6 @@
 #include "screen/display/findBar.h"
 
+#include <QAccessibleWidget>
 #include <QCheckBox>
 #include <QElapsedTimer>
 #include <QHBoxLayout>
@@ -15,6 +16,14 @@ namespace {
 /// The limits of one timer event.
 constexpr int kStepsPerEvent = 4;
 constexpr int kMillisecondsPerEvent = 10;
+
+/// A label that screen readers take for a notification.
+class Notification : public QLabel {};
+
+QAccessibleInterface* MakeAccessible(const QString&, QObject* object) {
+    auto* label = dynamic_cast<Notification*>(object);
+    return label == nullptr ? nullptr : new QAccessibleWidget(label, QAccessible::Notification);
+}
 
 QToolButton* AddButton(QHBoxLayout* row, const QString& caption, const QString& tip) {
     auto* button = new QToolButton;
@@ -34,7 +43,9 @@ FindBar::FindBar(const TextDisplay& text, View view, QWidget* parent)
       Owner(std::move(view)),
       Field(new QLineEdit),
       Case(new QCheckBox(QStringLiteral("Match case"))),
-      StatusLabel(new QLabel) {
+      StatusLabel(new Notification) {
+    static const bool installed = (QAccessible::installFactory(MakeAccessible), true);
+    static_cast<void>(installed);
     setAutoFillBackground(true);
     setCursor(Qt::ArrowCursor);
     auto* row = new QHBoxLayout(this);
@@ -144,7 +155,11 @@ void FindBar::ShowStatus(const QString& status, bool failed) {
         colours.setColor(QPalette::WindowText, dark ? QColor(255, 130, 120) : QColor(170, 0, 0));
     }
     StatusLabel->setPalette(colours);
+    // Screen readers speak a notification when it is shown; the progress of a search, only once.
+    if (!Running) StatusLabel->hide();
     StatusLabel->setText(status);
+    StatusLabel->setAccessibleName(status);
+    StatusLabel->setVisible(!status.isEmpty());
 }
 
 bool FindBar::event(QEvent* event) {

@@ -24,11 +24,6 @@ int FloorDivide(int value, int by) { return value >= 0 ? value / by : -((by - 1 
 
 }  // namespace
 
-int VisibleText::UnitOf(TextOffset at) const {
-    const auto found = std::lower_bound(Offsets.begin(), Offsets.end(), at);
-    return static_cast<int>(std::min(found - Offsets.begin(), std::ssize(Offsets) - 1));
-}
-
 DisplayView::DisplayView(DisplayBox& box, QWidget* parent)
     : QAbstractScrollArea(parent),
       Box(box),
@@ -45,7 +40,7 @@ DisplayView::DisplayView(DisplayBox& box, QWidget* parent)
           this)),
       SeenGeneration(box.Text.Generation()) {
     InstallAccessibility();
-    setAccessibleName(QStringLiteral("Display"));
+    setAccessibleName(QStringLiteral("Display text"));
     setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
     setFocusPolicy(Qt::StrongFocus);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
@@ -88,7 +83,7 @@ void DisplayView::Follow() {
     Sync();
     VisibleLayout();
     UpdateBars();
-    NotifyVisibleLines(*this);
+    NotifyText(*this);
 }
 
 void DisplayView::Sync() {
@@ -139,34 +134,26 @@ const std::vector<LineLayout>& DisplayView::VisibleLayout() {
 void DisplayView::InvalidateLayout() {
     Lines.clear();
     viewport()->update();
-    if (AccessibilityActive() && !FollowTimer.isActive()) FollowTimer.start(kFollowPause);
 }
 
-VisibleText DisplayView::ReadVisibleText() {
+QString DisplayView::VisibleText() {
     Sync();
-    VisibleText window;
+    QString text;
     const std::int64_t left = LeftColumn();
     const std::int64_t right = left + VisibleColumnCount() + 1;
-    TextOffset end = 0;
     for (const LineLayout& line : VisibleLayout()) {
-        if (line.Line != Lines.front().Line) {
-            window.Text += u'\n';
-            window.Offsets.push_back(end);
-        }
+        if (line.Line != Lines.front().Line) text += u'\n';
         for (const DisplayCell& cell : line.Cells) {
             if (cell.Code == U' ') {
                 const std::int64_t from = std::max(cell.Column, left);
                 const std::int64_t to = std::min(cell.Column + cell.Columns, right);
-                window.Text += QString(to - from, u' ');
+                text += QString(to - from, u' ');
             } else {
-                window.Text += QString::fromUcs4(&cell.Code, 1);
+                text += QString::fromUcs4(&cell.Code, 1);
             }
-            window.Offsets.resize(static_cast<std::size_t>(window.Text.size()), cell.At);
         }
-        end = line.End;
     }
-    window.Offsets.push_back(end);
-    return window;
+    return text;
 }
 
 // --- Geometry. ----------------------------------------------------------------------------------

@@ -15,15 +15,6 @@
 
 namespace tessel {
 
-/// The visible text as painted: lines separated by LF, a blank for each cell of a tab.
-struct VisibleText {
-    QString Text;
-    /// For each 16-bit unit of Text the offset of its character, and one more for the end.
-    std::vector<TextOffset> Offsets;
-    /// The first unit of Text whose offset is at least `at`.
-    int UnitOf(TextOffset at) const;
-};
-
 /// Shows a display record with text of any size: paints the visible lines, scrolls, selects, copies
 /// and searches. It reads only the parts of the text that these need.
 class DisplayView : public QAbstractScrollArea {
@@ -44,8 +35,9 @@ class DisplayView : public QAbstractScrollArea {
     /// Sets the font size in percent, see DisplayFont::SetZoom.
     void SetZoom(int percent);
 
-    VisibleText ReadVisibleText();
-    std::string VisibleString() { return ReadVisibleText().Text.toStdString(); }
+    const TextDisplay& Text() const { return Box.Text; }
+    /// The visible text as painted: lines separated by LF, a blank for each cell of a tab.
+    QString VisibleText();
 
     TextOffset Anchor() const { return Selection.Anchor(); }
     TextOffset Caret() const { return Selection.Caret(); }

@@ -168,7 +168,7 @@ testing::AssertionResult ScreenTest::ScreenShowsText() {
     const TextDisplay& text = Form->rtfDisplay.Text;
     std::string expected = text.Lines(0, Display->VisibleLineCount() + 1);
     std::erase(expected, '\r');
-    const std::string shown = Display->VisibleString();
+    const std::string shown = Display->VisibleText().toStdString();
     return Same(shown, expected.substr(0, shown.size()));
 }
 

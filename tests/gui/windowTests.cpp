@@ -1,3 +1,4 @@
+#include <QAccessible>
 #include <QClipboard>
 #include <QFontInfo>
 #include <QGroupBox>
@@ -138,12 +139,30 @@ TEST_F(MainScreenTest, F1ShowsTheGuideWithItsPictures) {
     ActivateWindow();
 }
 
+TEST_F(MainScreenTest, ScreenReadersFindEveryControlByItsName) {
+    OpenImage(Write("disk.img", SampleImage().File()));
+    QStringList names = {Screen->findChild<QGroupBox*>()->accessibleName()};
+    for (QWidget* widget : Screen->findChildren<QWidget*>()) {
+        if (!widget->isVisible() || (widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+        names += QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Name);
+    }
+    names.sort();
+    EXPECT_EQ(names.join(", ").toStdString(),
+              "Boot Sector, Directory, Directory list, Display, Display mode, Display text, Dump, "
+              "FAT0, File info, Root, STOP, SuperBlock");
+    QAccessibleInterface& dump = *QAccessible::queryAccessibleInterface(&The("Dump"));
+    EXPECT_EQ(dump.role(), QAccessible::RadioButton);
+    dump.actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_TRUE(IsChosen("Dump") && dump.state().checked);
+}
+
 TEST_F(MainScreenTest, MouseAndKeysNavigateTheListAndItsFolders) {
     Image image = SampleImage();
     for (int i = 10; i < 50; ++i) image.AddFile(0, {.Name = "F" + std::to_string(i)}, "x");
     OpenImage(Write("disk.img", image.File()));
     EXPECT_TRUE(List->hasFocus());
-    EXPECT_EQ(Display->VisibleString(), "") << "the first line is selected but not shown";
+    EXPECT_EQ(Display->VisibleText().toStdString(), "")
+        << "the first line is selected but not shown";
     const int last = Form->listDIR.Count() - 1;
     const std::pair<Qt::Key, int> moves[] = {
         {Qt::Key_Space, 0}, {Qt::Key_Down, 1}, {Qt::Key_Up, 0}, {Qt::Key_End, last}};
@@ -165,6 +184,8 @@ TEST_F(MainScreenTest, MouseAndKeysNavigateTheListAndItsFolders) {
 
     ClickLine(1, true);
     EXPECT_EQ(LabelText("Current directory"), "") << "a file";
+    const QVariant more = List->model()->index(1, 0).data(Qt::AccessibleDescriptionRole);
+    EXPECT_EQ(more.toString().toStdString(), "Read me first.txt, file, 14 bytes");
     EXPECT_EQ(Line(), 1);
     ClickLine(2, true);
     EXPECT_EQ(List->model()->rowCount(), 5);
@@ -223,7 +244,10 @@ TEST_F(MainScreenTest, StopEndsALongDumpByMouseAndByKey) {
     WhileBusy([&] {
         QTest::mouseRelease(Screen->windowHandle(), Qt::LeftButton, {}, line);
         EXPECT_TRUE(Hourglass());
-        EXPECT_FALSE(List->isEnabled());
+        EXPECT_TRUE(List->hasFocus());
+        Key(Qt::Key_Home);
+        EXPECT_TRUE(Busy && Form->listDIR.ListIndex() == 1) << "the list ignores keys meanwhile";
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !The("Root").isEnabled(); }));
         EXPECT_EQ(Menu("File"),
                   "Open\nClose\n\nSave Display\n-Save File\n\n-Save Directory\n\nExit\n");
         EXPECT_TRUE(ScreenShowsText());
