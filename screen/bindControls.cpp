@@ -27,6 +27,15 @@ constexpr int kBusyDelay = 50;  // ms
 /// The height above the first control inside a frame.
 constexpr int kFrameCaptionTwips = 240;
 
+/// The palette with the text colours of disabled controls.
+QPalette DisabledLook(QPalette colours) {
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        colours.setBrush(QPalette::Active, role, colours.brush(QPalette::Disabled, role));
+        colours.setBrush(QPalette::Inactive, role, colours.brush(QPalette::Disabled, role));
+    }
+    return colours;
+}
+
 /// One line of plain text: a name from an image is never interpreted as markup or as a mnemonic.
 class LabelView : public QLabel {
   public:
@@ -162,6 +171,7 @@ void EnabledStates::Follow(Property<bool>& enabled, QWidget& widget) {
     Controls.push_back({&widget, &enabled});
     widget.installEventFilter(this);
     enabled.Observe([this, &widget](bool on) {
+        if (on) widget.setPalette({});
         if (on || !widget.isVisible()) {
             widget.setEnabled(on);
         } else if (!Delay.isActive()) {
@@ -176,6 +186,8 @@ void EnabledStates::ShowAll() {
         QWidget& widget = *control.Widget;
         if (*control.Enabled || widget.window()->focusWidget() != &widget) {
             widget.setEnabled(*control.Enabled);
+        } else {
+            widget.setPalette(DisabledLook(widget.palette()));
         }
     }
 }

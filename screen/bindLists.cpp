@@ -155,13 +155,6 @@ void ListView::paintEvent(QPaintEvent* event) {
     PaintFocus(*this);
 }
 
-void ListView::initViewItemOption(QStyleOptionViewItem* option) const {
-    QListView::initViewItemOption(option);
-    if (List.Enabled) return;
-    option->state &= ~QStyle::State_Enabled;
-    option->palette.setCurrentColorGroup(QPalette::Disabled);
-}
-
 void ListView::focusInEvent(QFocusEvent* event) {
     QListView::focusInEvent(event);
     // After the toolkit has reported the focus of the list itself.

@@ -37,7 +37,6 @@ class ListView : public QListView {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void initViewItemOption(QStyleOptionViewItem* option) const override;
     void focusInEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
