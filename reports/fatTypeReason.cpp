@@ -47,19 +47,23 @@ std::string FatTypeReason() {
     const bool isNamed = UpperCase(named) == type;
     const Long dataClusters = Drives[1].DataClusterCount;
     const Long usual = dataClusters == 0 ? FatType : UsualType(dataClusters);
-    if (isNamed && usual == FatType && BootSector.SectorsPerCluster != 0) {
+    const bool isFat32Layout = BootSector.BytesPerSector != 0 &&
+                               BootSector.SectorsPerCluster != 0 && BootSector.SectorsPerFat == 0;
+    if (!isFat32Layout && isNamed && usual == FatType && BootSector.SectorsPerCluster != 0) {
         return type + ": " + Grouped(Drives[1].ClusterCount) + " clusters (" + Bounds() + ")";
     }
 
     const std::string reason = "Read as " + type + ": " + CountText() + " The boot sector " +
                                (named.empty() ? "names no type" : "says " + named);
+    const std::string end = FatType == 32 ? "." : ": files may be read incorrectly.";
+    if (isFat32Layout) return reason + ", and gives no size of a FAT in 16 bits, as on FAT32" + end;
     if (dataClusters == 0) return reason + ".";
     const bool agree = named.empty() || UpperCase(named) == TypeText(usual);
     const std::string others = (agree ? ", and" : ", but") + std::string(" by its data area (") +
                                Grouped(dataClusters) + " clusters) other systems read it as " +
                                TypeText(usual);
     if (usual == FatType) return reason + others + ", too.";
-    return reason + others + (FatType == 32 ? "." : ": files may be read incorrectly.");
+    return reason + others + end;
 }
 
 }  // namespace tessel

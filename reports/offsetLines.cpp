@@ -102,7 +102,9 @@ std::string CutCommand(const TableVolume& volume, const std::string& imageTitle)
 /// Why the offset of a volume cannot be entered as it is, and what to do; "" if it can.
 std::string Remark(const TableVolume& volume, const std::string& imageTitle) {
     if (volume.Kind == VolumeKind::kBeyondRead) {
-        return MayBeFat(volume) ? CutCommand(volume, imageTitle) : "";
+        // The first sector of an extended partition is a table, and lists its volume in the copy.
+        const bool useful = MayBeFat(volume) || IsExtendedType(volume.Type);
+        return useful ? CutCommand(volume, imageTitle) : "";
     }
     if (!IsFat(volume)) return "";
     const std::string past = "past " + std::to_string(kMaxDecimal);

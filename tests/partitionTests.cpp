@@ -198,6 +198,9 @@ TEST_F(PartitionTest, TheDecisionOnTheTypeIsExplained) {
          "by "
          "its data area (4,051 clusters) other systems read it as FAT12: files may be "
          "read incorrectly."},
+        {{.SectorsPerFat = 0},
+         "Read as FAT12: 2,880 clusters counted over all sectors. The boot sector says FAT12, and "
+         "gives no size of a FAT in 16 bits, as on FAT32: files may be read incorrectly."},
         {refused,
          "Read as FAT32: 65,520 clusters counted over all sectors. The boot sector says FAT16, and "
          "by its data area (64,975 clusters) other systems read it as FAT16."},

@@ -79,9 +79,10 @@ TEST_F(ToolsTest, PartitionTablesMadeByOtherToolsOfferTheirVolumes) {
     };
     EXPECT_EQ(Shell(start +
                     "truncate -s 9G disk.img; printf 'label: dos\\nstart=40960,size=4096,type=83\\n"
-                    "start=2048,size=4096,type=1\\nstart=61440,size=40960,type=f\\n"
-                    "start=9000000,size=4096,type=6\\nstart=65536,size=4096,type=1\\n"
-                    "start=73728,size=4096,type=b\\nstart=81920,size=4096,type=1\\n' | "
+                    "start=2048,size=4096,type=1\\nstart=61440,size=10000000,type=f\\n"
+                    "start=12000000,size=4096,type=6\\nstart=65536,size=4096,type=1\\n"
+                    "start=73728,size=4096,type=b\\nstart=81920,size=4096,type=1\\n"
+                    "start=9000000,size=4096,type=6\\n' | "
                     "sfdisk -q disk.img)"),
               "status 0\n");
     put("FIRST      ", 2048);
@@ -92,8 +93,10 @@ TEST_F(ToolsTest, PartitionTablesMadeByOtherToolsOfferTheirVolumes) {
               "33554432   FAT12   2.0 MB   LOGICAL ONE\n41943040   FAT12   2.0 MB   LOGICAL 2\n"
               "20971520   Linux, not supported   2.0 MB\toff\n"
               "37748736   FAT32, no FAT boot sector   2.0 MB\toff\n"
-              "4608000000   FAT16, past the first 2 GB   2.0 MB   "
-              "dd if=disk.img of=part.img bs=512 skip=9000000 count=4096\toff\n");
+              "4606951424   extended, past the first 2 GB   3.0 MB   "
+              "dd if=disk.img of=part.img bs=512 skip=8997952 count=6144\toff\n"
+              "6144000000   FAT16, past the first 2 GB   2.0 MB   "
+              "dd if=disk.img of=part.img bs=512 skip=12000000 count=4096\toff\n");
 
     const std::string made =
         Shell(start +

@@ -86,7 +86,9 @@ Long SectorCount(const BootSectorRecord& fields) {
 }
 
 Long DataClusterCount(const BootSectorRecord& fields) {
-    if (fields.BytesPerSector == 0 || fields.SectorsPerCluster == 0) return 0;
+    if (fields.BytesPerSector == 0 || fields.SectorsPerCluster == 0 || fields.SectorsPerFat == 0) {
+        return 0;
+    }
     // A partial sector at the end of the root directory counts as a whole one here.
     const Long rootSectors =
         (fields.RootEntries * entry::kBytes + fields.BytesPerSector - 1) / fields.BytesPerSector;

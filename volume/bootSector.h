@@ -26,7 +26,7 @@ BootSectorRecord BootSectorFields(ByteBuffer sector);
 /// The sectors of the volume: the small count, or the large one where that is 0.
 Long SectorCount(const BootSectorRecord& fields);
 /// The clusters of the data area, by which most systems decide the FAT type; 0 if the fields are
-/// invalid.
+/// invalid or have no size of a FAT, as on FAT32.
 Long DataClusterCount(const BootSectorRecord& fields);
 
 /// Fills BootSector from BootSectorBytes and computes the layout of Drives[1]. A layout field that

@@ -22,6 +22,8 @@ constexpr std::size_t kMaxLogical = 128;
 constexpr std::int64_t kMaxGptBytes = std::int64_t{128} * 1024;
 /// A medium may take seconds for each read that fails.
 constexpr int kMaxFailures = 4;
+/// The last offset at which a whole sector can be read.
+constexpr std::int64_t kLastSectorOffset = kLastFileOffset + 1 - kSectorBytes;
 
 std::int64_t Unsigned32(ByteBuffer bytes, Integer index) {
     return static_cast<std::uint32_t>(GetLong(bytes, index));
@@ -155,7 +157,7 @@ class TableReader {
         SectorBytes sector{};
         if (volume.Offset >= Table.FileBytes) {
             volume.Kind = VolumeKind::kOutside;
-        } else if (volume.Offset > kLastFileOffset) {
+        } else if (volume.Offset > kLastSectorOffset) {
             volume.Kind = VolumeKind::kBeyondRead;
         } else if (!ReadAt(volume.Offset, sector)) {
             volume.Kind = VolumeKind::kUnreadable;
@@ -191,16 +193,18 @@ class TableReader {
     }
 
     /// The logical partitions of an extended one. Where the chain cannot be read from its
-    /// beginning, the extended partition is listed instead.
+    /// beginning, the extended partition is listed instead; where it leaves the bytes that can be
+    /// read, its next link is.
     void ReadChain(const TableVolume& extended) {
         SectorBytes sector{};
         std::optional<TableVolume> link = extended;
         while (link && Links.size() < kMaxLogical && Links.insert(link->Offset).second) {
             const std::int64_t at = link->Offset;
-            const bool inFile = at < Table.FileBytes && at <= kLastFileOffset;
-            if (!inFile || !ReadAt(at, sector) ||
+            const bool inFile = at < Table.FileBytes;
+            const bool inReach = inFile && at <= kLastSectorOffset;
+            if (!inReach || !ReadAt(at, sector) ||
                 GetWord(sector, boot::kBootSignature) != boot::kBootSignatureValue) {
-                if (at == extended.Offset) Add(extended, MbrIsValid);
+                if (at == extended.Offset || (inFile && !inReach)) Add(*link, MbrIsValid);
                 return;
             }
             link.reset();

@@ -19,7 +19,7 @@ enum class VolumeKind {
     kExFat,
     kNtfs,
     kOutside,     ///< it begins beyond the end of the file
-    kBeyondRead,  ///< it begins after the last offset that can be read
+    kBeyondRead,  ///< its first sector ends after the last byte that can be read
     kUnreadable,  ///< the medium fails there
 };
 
