@@ -81,8 +81,9 @@ void MirroredFolders::Enter() {
     if (valid == Paths.size()) return;
     Open.erase(Open.begin() + static_cast<std::ptrdiff_t>(valid), Open.end());
     while (Open.size() < Paths.size()) {
-        Open.emplace_back(OpenOrCreate(Open.back().Folder, Names[Open.size() - 1]));
-        Open.back().Folder.MakeCurrent();
+        FolderHandle folder = OpenOrCreate(Open.back().Folder, Names[Open.size() - 1]);
+        folder.MakeCurrent();
+        Open.emplace_back(std::move(folder));
     }
 }
 
