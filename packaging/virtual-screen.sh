@@ -62,7 +62,7 @@ start_program() {
 
 # wait_window REGEX [SECONDS]: waits for an active window whose title matches, and prints its id.
 wait_window() {
-    if ! wait_until "${2:-30}" active_is "$1"; then
+    if ! wait_until "${2:-60}" active_is "$1"; then
         echo "No window with the title $1 appeared" >&2
         return 1
     fi
