@@ -55,7 +55,7 @@ std::string FatTypeReason() {
 
     const std::string reason = "Read as " + type + ": " + CountText() + " The boot sector " +
                                (named.empty() ? "names no type" : "says " + named);
-    const std::string end = FatType == 32 ? "." : ": files may be read incorrectly.";
+    const std::string end = FatType == 32 ? "." : ": files may come out wrong.";
     if (isFat32Layout) return reason + ", and gives no size of a FAT in 16 bits, as on FAT32" + end;
     if (dataClusters == 0) return reason + ".";
     const bool agree = named.empty() || UpperCase(named) == TypeText(usual);

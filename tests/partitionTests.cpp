@@ -183,8 +183,8 @@ TEST_F(PartitionTest, TheDecisionOnTheTypeIsExplained) {
           .SectorsPerFat = 12},
          "Read as FAT16: 4,096 clusters counted over all sectors. The boot sector says FAT12, and "
          "by "
-         "its data area (4,081 clusters) other systems read it as FAT12: files may be "
-         "read incorrectly."},
+         "its data area (4,081 clusters) other systems read it as FAT12: files may "
+         "come out wrong."},
         {{.SystemId = "        "},
          "Read as FAT12: 2,880 clusters counted over all sectors. The boot sector names no type, "
          "and "
@@ -196,11 +196,11 @@ TEST_F(PartitionTest, TheDecisionOnTheTypeIsExplained) {
         {{.SmallSectors = 4084},
          "Read as FAT16: 4,084 clusters counted over all sectors. The boot sector says FAT12, and "
          "by "
-         "its data area (4,051 clusters) other systems read it as FAT12: files may be "
-         "read incorrectly."},
+         "its data area (4,051 clusters) other systems read it as FAT12: files may "
+         "come out wrong."},
         {{.SectorsPerFat = 0},
          "Read as FAT12: 2,880 clusters counted over all sectors. The boot sector says FAT12, and "
-         "gives no size of a FAT in 16 bits, as on FAT32: files may be read incorrectly."},
+         "gives no size of a FAT in 16 bits, as on FAT32: files may come out wrong."},
         {refused,
          "Read as FAT32: 65,520 clusters counted over all sectors. The boot sector says FAT16, and "
          "by its data area (64,975 clusters) other systems read it as FAT16."},

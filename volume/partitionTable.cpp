@@ -198,6 +198,7 @@ class TableReader {
     void ReadChain(const TableVolume& extended) {
         SectorBytes sector{};
         std::optional<TableVolume> link = extended;
+        std::size_t found = 0;
         while (link && Links.size() < kMaxLogical && Links.insert(link->Offset).second) {
             const std::int64_t at = link->Offset;
             const bool inFile = at < Table.FileBytes;
@@ -214,7 +215,7 @@ class TableReader {
                 if (IsExtendedType(next->Type)) {
                     link = next;
                     link->Offset += extended.Offset;
-                } else {
+                } else if (found++ < kMaxLogical) {
                     Add(*MbrEntry(sector, i, at), MbrIsValid);
                 }
             }

@@ -21,6 +21,7 @@ debug_log=$scratch/orca.log
 # spoken: prints what Orca has spoken since the last step.
 spoken() { tail -n "+$mark" "$debug_log" | sed -n "s/.*SPEECH OUTPUT: '\([^']*\).*/\1/p"; }
 step() {
+    wait_until 30 idle  # what is still to come belongs to the step before
     spoken | sed 's/^/    /' >> "$spoken_log"
     echo "- $*" | tee -a "$spoken_log"
     mark=$(($(wc -l < "$debug_log") + 1))
